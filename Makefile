@@ -1,0 +1,41 @@
+# make run   : install what is missing, build, start the program (under Xvfb with a
+#              screenshot when there is no display)
+# make test  : install what is missing, build, run every test through ctest
+# make bench : build and run the benchmarks
+BUILD ?= build
+JOBS ?= 2
+
+DEBS = cmake g++ make pkg-config ccache \
+       qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
+       libqcustomplot-dev okteta-dev libbenchmark-dev \
+       fonts-wqy-microhei fonts-font-awesome python3-fontforge \
+       xvfb xauth imagemagick socat
+
+.PHONY: all deps build run test bench clean
+
+all: build
+
+deps:
+	@missing=""; for p in $(DEBS); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q 'install ok installed' || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "installing:$$missing"; \
+	  apt-get update -q && DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $$missing; \
+	fi
+
+build: deps
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j$(JOBS)
+
+run: build
+	scripts/run.sh $(BUILD)/larkTools
+
+test: build
+	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j$(JOBS)
+
+bench: build
+	scripts/bench.sh $(BUILD)
+
+clean:
+	rm -rf $(BUILD)

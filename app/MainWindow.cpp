@@ -1,0 +1,8 @@
+#include "MainWindow.h"
+
+MainWindow::MainWindow(QWidget *parent)
+    : QtWidgetBase(parent)
+{
+    setObjectName("MainWindow");
+    resize(900, 600);
+}

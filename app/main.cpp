@@ -1,0 +1,34 @@
+#include "MainWindow.h"
+#include "MyApp.h"
+#include "UiSkin.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QIcon>
+#include <QTranslator>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication *app = new QApplication(argc, argv);
+    QApplication::setApplicationName(QString::fromUtf8("云雀多功能调试助手"));
+    QApplication::setApplicationVersion("V1.0.1");
+    QApplication::setWindowIcon(QIcon(":/resources/images/app_logo.png"));
+    QApplication::setFont(QFont(UiSkin::m_strAppFontNormal, 9));
+
+    QTranslator *translator = new QTranslator;
+    translator->load(":/resources/qm/qt_zh_CN.qm");
+    QApplication::installTranslator(translator);
+
+    MyApp::InitApp();
+
+    int ret;
+    {
+        MainWindow window;
+        window.show();
+        ret = app->exec();
+    }
+    delete translator;
+    delete app;
+    return ret;
+}

@@ -1,0 +1,1 @@
+// placeholder translation unit for a folder library without classes yet

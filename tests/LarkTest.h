@@ -1,0 +1,35 @@
+#ifndef LARKTEST_H
+#define LARKTEST_H
+
+#include <QObject>
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+// Test classes of one area share one executable: each registers itself here with
+// LARK_TEST(ClassName) and the common main runs them one after the other.
+namespace LarkTest {
+
+using Factory = std::function<QObject *()>;
+int registerTest(const char *name, Factory factory);
+int runAll(int argc, char **argv);
+
+// Removes conf/ and download/ beside the test executable, so that every test class
+// starts as a first start of the program would.
+void cleanAppDirs();
+
+// Calls handler with the next modal widget that becomes active (checked every 10 ms,
+// for at most timeoutMs); a test that opens a modal dialog closes it through this.
+void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
+
+// Path of a file under tests/data.
+QString dataPath(const QString &name);
+
+} // namespace LarkTest
+
+#define LARK_TEST(Class) \
+    static const int lark_test_registered_##Class = \
+        LarkTest::registerTest(#Class, [] { return static_cast<QObject *>(new Class); });
+
+#endif // LARKTEST_H

@@ -1,0 +1,26 @@
+#include "QtWidgetBase.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+QtWidgetBase::QtWidgetBase(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+QStringList QtWidgetBase::getCounts()
+{
+    return QStringList() << QString::fromUtf8("发送字节数: 0") << QString::fromUtf8("接收字节数: 0");
+}
+
+void QtWidgetBase::clearCounts()
+{
+}
+
+void QtWidgetBase::paintEvent(QPaintEvent *)
+{
+    QStyleOption opt;
+    opt.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &opt, &painter, this);
+}
