@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QPoint>
 #include <QTimer>
+#include <QPointer>
 #include <QWidget>
 
 // The one floating note of the program: a red tip under a field that was filled in
@@ -43,7 +44,8 @@ private:
 
     static QtMessageTip *self;
 
-    QWidget *m_parentWidget;
+    // guarded: the registered window may go away before the singleton does
+    QPointer<QWidget> m_parentWidget;
     int m_nMode;
     QString m_strText;
     QFont m_font;

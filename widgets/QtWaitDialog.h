@@ -2,6 +2,7 @@
 #define QTWAITDIALOG_H
 
 #include <QDialog>
+#include <QPointer>
 
 class QLabel;
 class WaitingSpinnerWidget;
@@ -35,7 +36,8 @@ private:
 
     WaitingSpinnerWidget *m_spinner;
     QLabel *m_labText;
-    QWidget *m_parentWidget;
+    // guarded: the registered window may go away before the singleton does
+    QPointer<QWidget> m_parentWidget;
 };
 
 #endif // QTWAITDIALOG_H
