@@ -21,6 +21,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTextStream>
 #include <QTime>
 #include <QTimer>
@@ -341,8 +344,29 @@ void SerialportWidget::parseSerialportData(QByteArray data)
     const QString text = SerialRecvRule::displayText(data, hexShown);
     if (m_chkLogMode->isChecked())
         m_terminal->append(SerialRecvRule::logTag(QTime::currentTime(), m_rbtnRecvAscii->isChecked()));
-    m_terminal->append(text);
+    appendReceived(text);
     m_recvBuffer.clear();
+}
+
+void SerialportWidget::appendReceived(const QString &text)
+{
+    // append takes text that looks like HTML as HTML: a board printing "<b>" would
+    // lose its bytes from the view. Such text goes in as a plain paragraph instead.
+    if (!Qt::mightBeRichText(text)) {
+        m_terminal->append(text);
+        return;
+    }
+    QScrollBar *bar = m_terminal->verticalScrollBar();
+    const bool atBottom = bar->value() >= bar->maximum();
+    QTextCursor cursor(m_terminal->document());
+    cursor.beginEditBlock();
+    cursor.movePosition(QTextCursor::End);
+    if (!m_terminal->document()->isEmpty())
+        cursor.insertBlock();
+    cursor.insertText(text);
+    cursor.endEditBlock();
+    if (atBottom)
+        bar->setValue(bar->maximum());
 }
 
 void SerialportWidget::SltDelayChanged()

@@ -62,6 +62,7 @@ private:
     void InitWidget();
     void InitSerialPortConfig();
     QWidget *InitConfigColumn();
+    void appendReceived(const QString &text);
 
     QWidget *m_widgetConfig;
     QToolButton *m_btnFold;

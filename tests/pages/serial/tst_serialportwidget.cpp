@@ -246,6 +246,7 @@ void TstSerialportWidget::receivedBytesShowInTheChosenForm_data()
     QTest::newRow("ascii") << false << false << QByteArray("hello\r\n") << "^hello\\r?\\n$";
     QTest::newRow("ascii gb18030") << false << false << QByteArray("\xD6\xD0\xCE\xC4") << "^中文$";
     QTest::newRow("hex") << true << false << QByteArray("\x00\x7F\x80\xFF", 4) << "^00 7F 80 FF $";
+    QTest::newRow("markup stays text") << false << false << QByteArray("<b>bold</b>") << "^<b>bold</b>$";
     QTest::newRow("ascii log") << false << true << QByteArray("ok") << "^" + tag + " ASCII >\\nok$";
     QTest::newRow("hex log") << true << true << QByteArray("ok") << "^" + tag + " HEX >\\n6F 6B $";
 }
