@@ -198,7 +198,7 @@ void TstResources::sheetsParseWithoutWarnings()
 
     qInstallMessageHandler(previous);
     QVERIFY2(s_warnings.isEmpty(), qPrintable(s_warnings.join('\n')));
-    QVERIFY(button->font().pixelSize() == 13);
+    QCOMPARE(button->font().pixelSize(), 13);
 }
 
 LARK_TEST(TstResources)
