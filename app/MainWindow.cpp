@@ -107,26 +107,20 @@ void MainWindow::AddSystemMenu()
     m_tabBar->addLayout(layout);
 
     QMenu *menu = new QMenu(this);
-    QMenu *codecMenu = menu->addMenu("编码设置");
-    QActionGroup *codecGroup = new QActionGroup(this);
-    codecGroup->setExclusive(true);
-    const QStringList codecs = {"UTF-8", "GB18030"};
-    for (int i = 0; i < codecs.size(); ++i) {
-        QAction *action = codecMenu->addAction(codecs.at(i));
-        action->setCheckable(true);
-        action->setChecked(i == MyApp::m_nTextCodecIndex);
-        codecGroup->addAction(action);
-    }
-    QMenu *skinMenu = menu->addMenu("主题");
-    QActionGroup *skinGroup = new QActionGroup(this);
-    skinGroup->setExclusive(true);
-    const QStringList skins = {"深色", "浅色"};
-    for (int i = 0; i < skins.size(); ++i) {
-        QAction *action = skinMenu->addAction(skins.at(i));
-        action->setCheckable(true);
-        action->setChecked(i == MyApp::m_nSkinStyle);
-        skinGroup->addAction(action);
-    }
+    // a submenu of exclusive, checkable entries; the entry at checkedIndex is checked
+    auto addChoiceMenu = [this, menu](const QString &title, const QStringList &entries, int checkedIndex) {
+        QMenu *sub = menu->addMenu(title);
+        QActionGroup *group = new QActionGroup(this);
+        group->setExclusive(true);
+        for (int i = 0; i < entries.size(); ++i) {
+            QAction *action = sub->addAction(entries.at(i));
+            action->setCheckable(true);
+            action->setChecked(i == checkedIndex);
+            group->addAction(action);
+        }
+    };
+    addChoiceMenu("编码设置", {"UTF-8", "GB18030"}, MyApp::m_nTextCodecIndex);
+    addChoiceMenu("主题", {"深色", "浅色"}, MyApp::m_nSkinStyle);
     menu->addAction("恢复默认设置");
     menu->addAction("退出");
     btnSettings->setMenu(menu);
