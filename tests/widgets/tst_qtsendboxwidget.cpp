@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTextCodec>
+#include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTimer>
 #include <QtTest>
@@ -66,6 +67,35 @@ struct ModalCatcher {
         });
     }
 };
+
+
+// Answers the next file dialog as a user would: the path typed into the name field,
+// then accept. Retried while the dialog still loads its folder; a dialog that never
+// takes it is rejected, so that the test fails instead of hanging.
+void answerFileDialog(const QString &path, const QString &filter = QString())
+{
+    LarkTest::onNextModal([path, filter](QWidget *w) {
+        auto *dialog = qobject_cast<QtFileDialog *>(w);
+        if (!dialog) {
+            w->close();
+            return;
+        }
+        if (!filter.isEmpty())
+            dialog->fileDialog()->selectNameFilter(filter);
+        QLineEdit *edit = dialog->fileDialog()->findChild<QLineEdit *>("fileNameEdit");
+        for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
+            if (edit)
+                edit->setText(path);
+            else
+                dialog->fileDialog()->selectFile(path);
+            QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
+            if (dialog->isVisible())
+                QTest::qWait(50);
+        }
+        if (dialog->isVisible())
+            dialog->reject();
+    });
+}
 
 } // namespace
 
@@ -542,15 +572,13 @@ void TstQtSendBoxWidget::loadedFileFillsTheEditInTheTextCodec()
 
 void TstQtSendBoxWidget::loadChosenInTheRealDialog()
 {
-    const QString path = confPath("chosen.txt");
+    // a folder of its own: the dialog watches the folder it shows
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath("chosen.txt");
     writeFile(path, "AT+CSQ");
     QtSendBoxWidget box(nullptr, 7);
-    LarkTest::onNextModal([path](QWidget *w) {
-        auto *dialog = qobject_cast<QtFileDialog *>(w);
-        QVERIFY(dialog);
-        dialog->fileDialog()->selectFile(path);
-        QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
-    });
+    answerFileDialog(path);
     box.SltLoadDataFile();
     QCOMPARE(box.findChild<QTextEdit *>()->toPlainText(), QString("AT+CSQ"));
     QCOMPARE(box.loadFile(), path);

@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTimer>
 #include <QToolButton>
@@ -71,6 +72,35 @@ QByteArray allBytes()
     for (int i = 0; i < 256; ++i)
         b.append(char(i));
     return b;
+}
+
+
+// Answers the next file dialog as a user would: the path typed into the name field,
+// then accept. Retried while the dialog still loads its folder; a dialog that never
+// takes it is rejected, so that the test fails instead of hanging.
+void answerFileDialog(const QString &path, const QString &filter = QString())
+{
+    LarkTest::onNextModal([path, filter](QWidget *w) {
+        auto *dialog = qobject_cast<QtFileDialog *>(w);
+        if (!dialog) {
+            w->close();
+            return;
+        }
+        if (!filter.isEmpty())
+            dialog->fileDialog()->selectNameFilter(filter);
+        QLineEdit *edit = dialog->fileDialog()->findChild<QLineEdit *>("fileNameEdit");
+        for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
+            if (edit)
+                edit->setText(path);
+            else
+                dialog->fileDialog()->selectFile(path);
+            QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
+            if (dialog->isVisible())
+                QTest::qWait(50);
+        }
+        if (dialog->isVisible())
+            dialog->reject();
+    });
 }
 
 } // namespace
@@ -454,16 +484,12 @@ void TstSerialportWidget::saveRoundTripsTextAndRawBytes()
 void TstSerialportWidget::saveChosenInTheRealDialog()
 {
     SerialportWidget page;
-    MyApp::CheckDirs({"conf"});
-    const QString base = QCoreApplication::applicationDirPath() + "/conf/received";
+    // a folder of its own: the dialog watches the folder it shows
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString base = dir.filePath("received");
     page.terminal()->append("41 42 43");
-    LarkTest::onNextModal([base](QWidget *w) {
-        auto *dialog = qobject_cast<QtFileDialog *>(w);
-        QVERIFY(dialog);
-        dialog->fileDialog()->selectNameFilter("*.bin");
-        dialog->fileDialog()->selectFile(base);
-        QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
-    });
+    answerFileDialog(base, "*.bin");
     page.SltSaveDataToFile();
     QFile bin(base + ".bin");
     QVERIFY(bin.open(QIODevice::ReadOnly));
