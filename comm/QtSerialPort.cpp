@@ -66,6 +66,10 @@ void QtSerialPort::open(QString portName, int baudRate, int dataBits, int stopBi
 
 void QtSerialPort::close()
 {
+    // a frame written just before closing (the page's stop command) would be dropped
+    // with QSerialPort's write buffer otherwise
+    if (m_serialport->isOpen())
+        m_serialport->flush();
     m_serialport->close();
 }
 

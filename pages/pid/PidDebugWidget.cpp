@@ -535,10 +535,11 @@ void PidDebugWidget::ExportDataToFile(const QString &fileName)
     }
     QTextStream out(&file);
     out.setCodec(QTextCodec::codecForName("GB18030"));
-    out << "PID调试数据" << "\n";
+    // QTextStream takes plain char strings as Latin-1: every literal goes as QString
+    out << QString("PID调试数据") << "\n";
     for (int n = 1; n <= 5; ++n) {
         out << QString("通道 %1 数据如下：").arg(n) << "\n";
-        out << "序号," << "实际值," << "目标值," << "差值" << "\n";
+        out << QString("序号,") << QString("实际值,") << QString("目标值,") << QString("差值") << "\n";
         QCPGraph *target = m_customPlot->graph(n - 1);
         QCPGraph *actual = m_customPlot->graph(n + 4);
         const int count = target ? target->dataCount() : 0;

@@ -136,6 +136,19 @@ private slots:
         QVERIFY(!port.isOpen());
     }
 
+    // the PID page writes its stop command and closes straight after
+    void bytesWrittenJustBeforeCloseStillLeave()
+    {
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        QtSerialPort port;
+        port.open(pty.programPath(), 115200, 8, 0, 0);
+        QVERIFY(port.isOpen());
+        port.writeBytes("last words");
+        port.close();
+        QCOMPARE(pty.boardReadAtLeast(10), QByteArray("last words"));
+    }
+
     void vanishedPeerDoesNotCrashWrites()
     {
         LarkPtyPair pty;
