@@ -383,7 +383,11 @@ void PidDebugWidget::AddActualSample(int c, int actual)
     target->addData(t, double(m_channels[c].target));
     value->data()->removeBefore(t - 10.0);
     value->addData(t, double(actual));
-    value->rescaleValueAxis(false, false);
+    // the same axis range as value->rescaleValueAxis(false, false), without walking
+    // the whole window for every sample
+    m_rangeTrackers[c].follow(value, t - 10.0, t, double(actual));
+    if (!m_rangeTrackers[c].rescaleValueAxis(value->valueAxis()))
+        value->rescaleValueAxis(false, false);
     m_customPlot->xAxis->setRange(t + 0.25, 10.0, Qt::AlignRight);
     m_customPlot->replot(QCustomPlot::rpQueuedReplot);
 }

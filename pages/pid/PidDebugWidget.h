@@ -2,6 +2,7 @@
 #define PIDDEBUGWIDGET_H
 
 #include "PidFrame.h"
+#include "PidRangeTracker.h"
 #include "QtWidgetBase.h"
 
 #include <QByteArray>
@@ -103,6 +104,8 @@ private:
     QByteArray m_recvBuffer;
     QByteArray m_frameHeader;
     QtSerialPort *m_serialPort;
+    // value ranges of the actual curves, graphs 5 to 9
+    PidRangeTracker m_rangeTrackers[5];
 };
 
 #endif // PIDDEBUGWIDGET_H

@@ -487,6 +487,9 @@ private slots:
             QCOMPARE(w.m_customPlot->graph(g)->visible(), g == 0 || g == 5);
         QCOMPARE(w.m_customPlot->graph(5)->dataCount(), 0);
         QVERIFY(w.m_customPlot->graph(12)->visible());
+        // the fresh actual curve alone sets the scale, not the points before the clear
+        w.SltRecvFromSerialport(boardFrame(2, 2, le32(-4)) + boardFrame(2, 2, le32(6)));
+        QCOMPARE(w.m_customPlot->yAxis->range(), QCPRange(-4, 6));
         for (int k = 1; k < counts.size(); ++k) {
             w.m_btnClear->click();
             QCOMPARE(w.m_customPlot->graphCount(), counts[k]);
@@ -577,18 +580,30 @@ private slots:
         QTemporaryDir dir;
         PidDebugWidget w;
         const QString path = dir.filePath("dialog.csv");
+        bool sawFileDialog = false;
+        // a file dialog can take a while to come up on a busy machine
         LarkTest::onNextModal([&](QWidget *dlg) {
             auto *fd = qobject_cast<QFileDialog *>(dlg);
-            QVERIFY(fd);
-            fd->selectFile(path);
-            static_cast<QDialog *>(fd)->accept();
-        });
+            sawFileDialog = fd != nullptr;
+            if (fd)
+                fd->selectFile(path);
+            if (auto *d = qobject_cast<QDialog *>(dlg))
+                sawFileDialog ? d->done(QDialog::Accepted) : d->reject();
+            else
+                dlg->close();
+        }, 60000);
         w.m_btnExport->click();
+        QVERIFY(sawFileDialog);
         QVERIFY(QFile::exists(path));
 
         // cancelled: nothing written, nothing said
         QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        LarkTest::onNextModal([](QWidget *dlg) { static_cast<QDialog *>(dlg)->reject(); });
+        LarkTest::onNextModal([](QWidget *dlg) {
+            if (auto *d = qobject_cast<QDialog *>(dlg))
+                d->reject();
+            else
+                dlg->close();
+        }, 60000);
         w.m_btnExport->click();
         QCOMPARE(notes.count(), 0);
     }
