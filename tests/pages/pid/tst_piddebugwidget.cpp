@@ -252,6 +252,34 @@ private slots:
         QCOMPARE(pty.boardRead(), QByteArray());
     }
 
+    void emptyBaudTextStillTriesTheOpen()
+    {
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        PidDebugWidget w;
+        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
+        w.SltSerialportChanged({pty.programShortName()});
+        w.m_cbxBaudrate->setEditText("");
+        w.m_btnOpen->click();
+        QCOMPARE(notes.count(), 1);
+        QCOMPARE(notes.at(0).at(1).toInt(), w.m_serialPort->isOpen() ? 0 : 255);
+        QCOMPARE(w.m_btnOpen->text(), QString(w.m_serialPort->isOpen() ? "关闭串口" : "打开串口"));
+    }
+
+    void closingTheProgramWhileRunningSendsNoStop()
+    {
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        {
+            PidDebugWidget w;
+            openOn(w, pty);
+            w.m_btnStart->click();
+            QCOMPARE(pty.boardReadAtLeast(11).size(), 11);
+        }
+        QTest::qWait(100);
+        QCOMPARE(pty.boardRead(), QByteArray());
+    }
+
     void startOnClosedPortWarnsAndChangesNothing()
     {
         PidDebugWidget w;
@@ -703,7 +731,7 @@ private slots:
         QElapsedTimer timer;
         timer.start();
         qint64 fed = 0;
-        while (timer.elapsed() < 4000) {
+        while (timer.elapsed() < 8000) {
             QByteArray chunk;
             const int parts = rng.bounded(1, 8);
             for (int k = 0; k < parts; ++k) {
