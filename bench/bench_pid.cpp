@@ -16,6 +16,14 @@
 
 #include <cstring>
 #include <sys/resource.h>
+#include <time.h>
+
+static double threadCpuMs()
+{
+    timespec ts;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
+}
 
 class PidBenchProbe
 {
@@ -88,26 +96,39 @@ static void BM_PidLiveStream(benchmark::State &state)
     for (auto _ : state) {
         qint64 sent = 0;
         int replots = 0;
-        double replotMs = 0, replotMaxMs = 0;
+        double replotMs = 0, replotMaxMs = 0, replotCpuStart = 0, replotCpuMaxMs = 0;
         QElapsedTimer replotClock;
-        QObject::connect(plot, &QCustomPlot::beforeReplot, [&] { replotClock.start(); });
+        QObject::connect(plot, &QCustomPlot::beforeReplot, [&] {
+            replotClock.start();
+            replotCpuStart = threadCpuMs();
+        });
         QMetaObject::Connection after = QObject::connect(plot, &QCustomPlot::afterReplot, [&] {
             ++replots;
             const double ms = replotClock.nsecsElapsed() / 1e6;
             replotMs += ms;
             replotMaxMs = std::max(replotMaxMs, ms);
+            // against the wall time: a long replot with little CPU was preempted
+            replotCpuMaxMs = std::max(replotCpuMaxMs, threadCpuMs() - replotCpuStart);
         });
 
         QElapsedTimer clock;
         clock.start();
-        qint64 lastTick = 0, maxGapNs = 0;
+        qint64 lastTick = 0, maxGapNs = 0, maxGapAt = 0;
+        int gapsOver50 = 0, gapsOver20 = 0;
         QTimer board;
         board.setTimerType(Qt::PreciseTimer);
         board.setInterval(1);
         QObject::connect(&board, &QTimer::timeout, [&] {
             const qint64 now = clock.nsecsElapsed();
-            if (lastTick)
-                maxGapNs = std::max(maxGapNs, now - lastTick);
+            if (lastTick) {
+                const qint64 gap = now - lastTick;
+                if (gap > maxGapNs) {
+                    maxGapNs = gap;
+                    maxGapAt = now;
+                }
+                gapsOver50 += gap > 50000000;
+                gapsOver20 += gap > 20000000;
+            }
             lastTick = now;
             // catch up to the wall clock, so a stall delays frames but never drops them
             const qint64 due = now * rate / 1000000000LL;
@@ -144,9 +165,13 @@ static void BM_PidLiveStream(benchmark::State &state)
         state.counters["replots_per_s"] = replots / wall;
         state.counters["replot_ms_avg"] = replots ? replotMs / replots : 0;
         state.counters["replot_ms_max"] = replotMaxMs;
+        state.counters["replot_cpu_ms_max"] = replotCpuMaxMs;
         state.counters["cpu_us_per_sample"] = samples > 0 ? cpu * 1e6 / samples : 0;
         state.counters["cpu_load"] = cpu / wall;
         state.counters["max_stall_ms"] = maxGapNs / 1e6;
+        state.counters["max_stall_at_s"] = maxGapAt / 1e9;
+        state.counters["stalls_over_20ms"] = gapsOver20;
+        state.counters["stalls_over_50ms"] = gapsOver50;
     }
 }
 BENCHMARK(BM_PidLiveStream)->Args({1000, 2})->Args({1000, 10})->Iterations(1)->Unit(benchmark::kSecond);
