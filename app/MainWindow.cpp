@@ -10,6 +10,7 @@
 #include "QtTitleBar.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
+#include "PidDebugWidget.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -71,7 +72,7 @@ void MainWindow::InitWidget()
     m_serialPage = new QtWidgetBase(this);
     m_cameraPage = new QtWidgetBase(this);
     m_networkPage = new QtWidgetBase(this);
-    m_pidPage = new QtWidgetBase(this);
+    m_pidPage = new PidDebugWidget(this);
     m_hexEditPage = new QtWidgetBase(this);
     m_stackedWidget->addWidget(m_serialPage);
     m_stackedWidget->addWidget(m_cameraPage);

@@ -613,12 +613,19 @@ private slots:
         LarkTest::onNextModal([&](QWidget *dlg) {
             auto *fd = qobject_cast<QFileDialog *>(dlg);
             sawFileDialog = fd != nullptr;
-            if (fd)
-                fd->selectFile(path);
-            if (auto *d = qobject_cast<QDialog *>(dlg))
-                sawFileDialog ? d->done(QDialog::Accepted) : d->reject();
-            else
+            if (fd) {
+                // typed as a user would: the name edit is what accept() reads, while
+                // selectFile() races with the dialog's directory model thread
+                if (auto *edit = fd->findChild<QLineEdit *>("fileNameEdit"))
+                    edit->setText(path);
+                else
+                    fd->selectFile(path);
+                static_cast<QDialog *>(fd)->accept(); // QFileDialog::accept validates the name
+            } else if (auto *d = qobject_cast<QDialog *>(dlg)) {
+                d->reject();
+            } else {
                 dlg->close();
+            }
         }, 60000);
         w.m_btnExport->click();
         QVERIFY(sawFileDialog);
