@@ -1,0 +1,98 @@
+#include "QtTerminalWidget.h"
+#include "MyApp.h"
+#include "NumberTool.h"
+
+#include <QTextCursor>
+#include <QTime>
+
+QtTerminalWidget::QtTerminalWidget(QWidget *parent)
+    : QTextBrowser(parent)
+    , m_bEnableCR(true)
+{
+    document()->setUndoRedoEnabled(false);
+    setReadOnly(true);
+}
+
+bool QtTerminalWidget::isEnableCR() const
+{
+    return m_bEnableCR;
+}
+
+void QtTerminalWidget::setEnableCR(bool enable)
+{
+    m_bEnableCR = enable;
+}
+
+void QtTerminalWidget::moveCursorToEnd()
+{
+    moveCursor(QTextCursor::End);
+}
+
+void QtTerminalWidget::setTerminalText(const QString &strText)
+{
+    m_strTerminalText = strText;
+    setPlainText(strText);
+    moveCursorToEnd();
+}
+
+void QtTerminalWidget::clearTerminal()
+{
+    m_strTerminalText.clear();
+    m_byRecvData.clear();
+    clear();
+}
+
+void QtTerminalWidget::insertRecvData(const QByteArray &byData, bool hexShow, bool showLog)
+{
+    if (hexShow) {
+        // hex text lives in the document only; the byte history never sees it
+        QString prefix;
+        if (showLog)
+            prefix = QTime::currentTime().toString("\n[hh:mm:ss.zzz]") + " Hex >\n";
+        insertPlainText(prefix + NumberTool::byteToHex(byData));
+    } else {
+        if (showLog && (m_byRecvData.isEmpty() || m_byRecvData.endsWith('\n'))) {
+            // a header only at the start of a fresh line of received data
+            m_byRecvData.append((QTime::currentTime().toString("\n[hh:mm:ss.zzz]") + " ASCII >\n").toLatin1());
+        }
+        m_byRecvData.append(byData);
+        if (m_byRecvData.size() > MaxRecvHistory)
+            m_byRecvData.remove(0, m_byRecvData.size() - MaxRecvHistory);
+        // decoding the whole history each time shows a character split across two
+        // calls whole once its tail arrives
+        setPlainText(MyApp::toUnicode(m_byRecvData));
+    }
+    moveCursorToEnd();
+}
+
+void QtTerminalWidget::insertTerminalText(const QString &strText)
+{
+    if (!m_bEnableCR) {
+        moveCursorToEnd();
+        insertPlainText(strText);
+        moveCursorToEnd();
+        return;
+    }
+    m_strTerminalText.append(strText);
+    const QStringList lines = m_strTerminalText.split("\r\n", Qt::KeepEmptyParts, Qt::CaseSensitive);
+    QString result;
+    for (const QString &piece : lines) {
+        const QString line = getLastCRText(piece);
+        if (!line.isEmpty()) {
+            result.append(line);
+            result.append("\n");
+        }
+    }
+    setPlainText(result);
+    moveCursorToEnd();
+}
+
+QString QtTerminalWidget::getLastCRText(QString text)
+{
+    if (text.isEmpty())
+        return text;
+    QStringList pieces = text.split("\r", Qt::KeepEmptyParts, Qt::CaseSensitive);
+    if (pieces.last().isEmpty())
+        pieces.removeLast();
+    return pieces.isEmpty() ? QString() : pieces.last();
+}
