@@ -87,6 +87,7 @@ void NetworkToolWidget::InitWidget()
     IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
 
     m_textRecv = new QTextBrowser(this);
+    m_textRecv->setObjectName("textRecv");
     m_textRecv->setUndoRedoEnabled(false);
     m_textRecv->setPlaceholderText("数据接收区显示");
 
@@ -125,24 +126,32 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     // port configuration
     QGroupBox *groupPort = new QGroupBox("端口配置", column);
     m_cbxNetType = new QComboBox(groupPort);
+    m_cbxNetType->setObjectName("cbxNetType");
     m_cbxNetType->addItems(QStringList() << "TCP Server" << "TCP Client" << "UDP");
     m_cbxNetType->setCurrentIndex(0);
 
     m_labAddress = new QLabel("2.本地IP地址", groupPort);
+    m_labAddress->setObjectName("labAddress");
     m_cbxAddress = new QComboBox(groupPort);
+    m_cbxAddress->setObjectName("cbxAddress");
     m_cbxAddress->setEditable(true);
     m_cbxAddress->addItems(NumberTool::GetHostIpAddress());
 
     // before the first change of mode the port caption is the client's one; the
     // table of captions applies from then on
     m_labPort = new QLabel("3.服务器端口", groupPort);
+    m_labPort->setObjectName("labPort");
     m_edtPort = new QLineEdit("8000", groupPort);
+    m_edtPort->setObjectName("edtPort");
 
     m_widgetClients = new QWidget(groupPort);
+    m_widgetClients->setObjectName("widgetClients");
     QLabel *labClients = new QLabel("客户端", m_widgetClients);
     m_btnDisconnect = new QPushButton("断开", m_widgetClients);
+    m_btnDisconnect->setObjectName("btnDisconnect");
     m_btnDisconnect->setIcon(QIcon(IconHelper::Instance()->getPixmap(UiSkin::m_strTextColor, QChar(0xE68B), 10, 14, 14)));
     m_cbxClients = new QComboBox(m_widgetClients);
+    m_cbxClients->setObjectName("cbxClients");
     m_cbxClients->addItem("All Clients");
     QGridLayout *clientsLayout = new QGridLayout(m_widgetClients);
     clientsLayout->setContentsMargins(0, 0, 0, 0);
@@ -152,8 +161,11 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     clientsLayout->addWidget(m_cbxClients, 1, 0, 1, 2);
 
     m_widgetUdpDest = new QWidget(groupPort);
+    m_widgetUdpDest->setObjectName("widgetUdpDest");
     m_edtDestAddress = new QLineEdit("127.0.0.1", m_widgetUdpDest);
+    m_edtDestAddress->setObjectName("edtDestAddress");
     m_edtDestPort = new QLineEdit("8001", m_widgetUdpDest);
+    m_edtDestPort->setObjectName("edtDestPort");
     QGridLayout *udpLayout = new QGridLayout(m_widgetUdpDest);
     udpLayout->setContentsMargins(0, 0, 0, 0);
     udpLayout->setSpacing(5);
@@ -164,10 +176,12 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     m_widgetUdpDest->setVisible(false);
 
     m_statusLabel = new StatusLabel(groupPort);
+    m_statusLabel->setObjectName("statusLabel");
     m_statusLabel->setFixedSize(22, 22);
     m_statusLabel->setText(QString());
     m_statusLabel->setStatus(false);
     m_btnOpen = new QPushButton("启动监听", groupPort);
+    m_btnOpen->setObjectName("btnOpen");
 
     QHBoxLayout *openLayout = new QHBoxLayout();
     openLayout->setContentsMargins(0, 0, 0, 0);
@@ -191,14 +205,18 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     // receive settings
     QGroupBox *groupRecv = new QGroupBox("接收区设置", column);
     m_rbtnRecvAscii = new QRadioButton("ASCII", groupRecv);
+    m_rbtnRecvAscii->setObjectName("rbtnRecvAscii");
     m_rbtnRecvHex = new QRadioButton("HEX", groupRecv);
+    m_rbtnRecvHex->setObjectName("rbtnRecvHex");
     m_rbtnRecvAscii->setChecked(true);
     QButtonGroup *recvGroup = new QButtonGroup(groupRecv);
     recvGroup->addButton(m_rbtnRecvAscii, 0);
     recvGroup->addButton(m_rbtnRecvHex, 1);
     m_chkStopShow = new QCheckBox("停止显示", groupRecv);
+    m_chkStopShow->setObjectName("chkStopShow");
     // kept for the look of the serial page; the network view has no log tags
     m_chkLogMode = new QCheckBox("日志模式", groupRecv);
+    m_chkLogMode->setObjectName("chkLogMode");
     QPushButton *btnClear = new QPushButton("清空接收区", groupRecv);
     QPushButton *btnSave = new QPushButton("保存到文件", groupRecv);
 
@@ -216,16 +234,22 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     // send settings
     QGroupBox *groupSend = new QGroupBox("发送区设置", column);
     m_cbxSendPage = new QComboBox(groupSend);
+    m_cbxSendPage->setObjectName("cbxSendPage");
     m_cbxSendPage->addItems(QStringList() << "单项发送" << "多项发送");
     m_edtAutoInterval = new QLineEdit("1000", groupSend);
+    m_edtAutoInterval->setObjectName("edtAutoInterval");
     m_rbtnSendAscii = new QRadioButton("ASCII", groupSend);
+    m_rbtnSendAscii->setObjectName("rbtnSendAscii");
     m_rbtnSendHex = new QRadioButton("HEX", groupSend);
+    m_rbtnSendHex->setObjectName("rbtnSendHex");
     m_rbtnSendAscii->setChecked(true);
     QButtonGroup *sendGroup = new QButtonGroup(groupSend);
     sendGroup->addButton(m_rbtnSendAscii, 0);
     sendGroup->addButton(m_rbtnSendHex, 1);
     m_chkSendNewLine = new QCheckBox("发送新行", groupSend);
+    m_chkSendNewLine->setObjectName("chkSendNewLine");
     m_chkAutoSend = new QCheckBox("自动发送", groupSend);
+    m_chkAutoSend->setObjectName("chkAutoSend");
 
     QGridLayout *sendLayout = new QGridLayout(groupSend);
     sendLayout->setContentsMargins(5, 5, 5, 5);
@@ -349,6 +373,10 @@ void NetworkToolWidget::StartTcpServer()
 
 void NetworkToolWidget::StartTcpClient()
 {
+    // A refused attempt leaves the socket open though unconnected; the next press
+    // then means "try again", not "disconnect" (nothing was ever connected).
+    if (m_tcpSocket->isOpen() && m_tcpSocket->state() == QAbstractSocket::UnconnectedState)
+        m_tcpSocket->close();
     if (m_tcpSocket->isOpen()) {
         m_tcpSocket->close();
         m_statusLabel->setStatus(false);
