@@ -24,7 +24,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTcpSocket>
+#include <QElapsedTimer>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolButton>
 #include <QUdpSocket>
@@ -527,37 +530,81 @@ void NetworkToolWidget::SltReadyFromUdp()
 
 void NetworkToolWidget::appendRecvView(const QString &text, bool newParagraph)
 {
-    // an appended line starts a paragraph of its own unless the view is still empty,
-    // as QTextEdit::append does; hex text runs on where the last text ended
-    if (newParagraph && (!m_strPendingView.isEmpty() || !m_textRecv->document()->isEmpty()))
-        m_strPendingView.append(QChar('\n'));
-    m_strPendingView.append(text);
+    // an appended line starts a paragraph of its own unless nothing has been shown
+    // yet, as QTextEdit::append does; hex text runs on where the last text ended
+    QString piece;
+    if (newParagraph && !m_strRecvLog.isEmpty())
+        piece.append(QChar('\n'));
+    piece.append(text);
+    if (piece.isEmpty())
+        return;
+    m_strRecvLog.append(NetworkMessageFormat::viewPlainText(piece));
+    m_strPendingView.append(piece);
     if (!m_viewTimer->isActive())
         m_viewTimer->start();
 }
 
 void NetworkToolWidget::SltFlushRecvView()
 {
+    m_viewTimer->stop();
     if (m_strPendingView.isEmpty())
         return;
+    QElapsedTimer cost;
+    cost.start();
+
     QString text;
     text.swap(m_strPendingView);
+    if (text.size() >= RecvViewMaxChars) {
+        // all that stands in the view would be pushed out at once
+        text.remove(0, NetworkMessageFormat::tailStart(text, RecvViewMaxChars));
+        m_textRecv->clear();
+    }
     // inserted as plain text: a board's "<b>" is shown as sent, not as markup
     m_textRecv->moveCursor(QTextCursor::End);
     m_textRecv->insertPlainText(text);
+    trimRecvView(RecvViewMaxChars);
     m_textRecv->moveCursor(QTextCursor::End);
+
+    // the next drawing waits at least twice as long as this one took
+    m_viewTimer->setInterval(qBound(RecvViewDelayMs, int(cost.elapsed()) * 2, 1000));
+}
+
+void NetworkToolWidget::trimRecvView(int maxChars)
+{
+    QTextDocument *doc = m_textRecv->document();
+    const int total = doc->characterCount() - 1;
+    if (total <= maxChars)
+        return;
+    const int excess = total - maxChars;
+    const QTextBlock block = doc->findBlock(excess);
+    int cut = excess;
+    const int blockEnd = block.position() + block.length();
+    if (block.next().isValid() && blockEnd - excess <= maxChars / 4) {
+        // whole lines go
+        cut = blockEnd;
+    } else {
+        // inside a long paragraph, as hex runs on: cut after a blank
+        const int inBlock = excess - block.position();
+        const int blank = block.text().indexOf(QChar(' '), qMax(0, inBlock - 1));
+        if (blank >= 0 && blank - inBlock < 16)
+            cut = block.position() + blank + 1;
+    }
+    QTextCursor cursor(doc);
+    cursor.setPosition(0);
+    cursor.setPosition(cut, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
 }
 
 QString NetworkToolWidget::recvText()
 {
-    SltFlushRecvView();
-    return m_textRecv->toPlainText();
+    return m_strRecvLog;
 }
 
 void NetworkToolWidget::clearRecv()
 {
     m_viewTimer->stop();
     m_strPendingView.clear();
+    m_strRecvLog.clear();
     m_textRecv->clear();
 }
 

@@ -32,6 +32,7 @@ class NetworkToolWidget : public QtWidgetBase
 public:
     enum NetType { TcpServerMode = 0, TcpClientMode = 1, UdpMode = 2 };
     static const int PageIndex = 2;
+    static const int RecvViewMaxChars = 1 << 18;
 
     explicit NetworkToolWidget(QWidget *parent = nullptr);
     ~NetworkToolWidget() override;
@@ -42,8 +43,10 @@ public:
     // what follows the save dialog: writes the receive view to fileName, as text in
     // the text codec for "...txt", else as the bytes its hex text stands for
     void saveDataToFile(const QString &fileName);
-    // the receive view's text, including what is still waiting to be drawn
+    // all text received for display since the last clear, as the view's plain text
+    // (the view shows the last RecvViewMaxChars characters of it)
     QString recvText();
+    QTextBrowser *recvView() const { return m_textRecv; }
 
     quint64 sendCount() const { return m_sendCount; }
     quint64 recvCount() const { return m_recvCount; }
@@ -81,6 +84,7 @@ private:
     void StartTcpClient();
     void StartUdpSocket();
     void appendRecvView(const QString &text, bool newParagraph);
+    void trimRecvView(int maxChars);
 
     QWidget *m_widgetConfig;
     QToolButton *m_btnFold;
@@ -122,10 +126,14 @@ private:
     QTcpSocket *m_tcpSocket;
     QUdpSocket *m_udpSocket;
 
-    // Received text waits here for the next turn of the event loop and is drawn in
-    // one insertion: a peer that floods the page costs one layout per batch instead
-    // of one per read, and the window keeps answering. Order and format are exactly
-    // those of drawing each chunk at once.
+    // Everything shown since the last clear, as the view's plain text; saves write
+    // this. The view itself holds only the last RecvViewMaxChars characters: a text
+    // view lays out every character it holds, and a flood of hex (one endless
+    // paragraph) would otherwise cost more with every byte until the page froze.
+    QString m_strRecvLog;
+    // Received text waits here and is drawn in one insertion per turn of the timer;
+    // the timer's pause grows with the cost of the last drawing, so that a flood
+    // never takes the event loop for itself.
     QString m_strPendingView;
     QTimer *m_viewTimer;
 };

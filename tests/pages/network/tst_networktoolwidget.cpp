@@ -636,6 +636,9 @@ private slots:
     void tenMegabytesAtFullSpeedAreAllCountedAndShownWhileThePageKeepsAnswering()
     {
         NetworkToolWidget page;
+        page.resize(900, 600);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
         const quint16 port = startServer(page);
         auto peers = connectPeers(page, port, 1);
         QCOMPARE(page.tcpServer()->counts(), 1);
@@ -675,6 +678,49 @@ private slots:
         expected.replace("\r\n", "");
         QCOMPARE(view.size(), expected.size());
         QVERIFY(view.toLatin1() == expected);
+
+        // the view shows the end of it, whole lines only
+        const QString log = page.recvText();
+        QTRY_VERIFY(log.endsWith(page.recvView()->toPlainText()));
+        const QString shown = page.recvView()->toPlainText();
+        QVERIFY(shown.size() <= NetworkToolWidget::RecvViewMaxChars);
+        QVERIFY(shown.size() > NetworkToolWidget::RecvViewMaxChars / 2);
+        QVERIFY(shown.startsWith("[Tcp client ") || shown.startsWith("line "));
+    }
+
+    void aLongHexRunIsShownByItsEndAndSavedWhole()
+    {
+        NetworkToolWidget page;
+        page.resize(900, 600);
+        page.show();
+        setMode(page, NetworkToolWidget::UdpMode, "0");
+        clickOpen(page);
+        child<QRadioButton>(page, "rbtnRecvHex")->setChecked(true);
+        QUdpSocket peer;
+        QByteArray all;
+        for (int i = 0; i < 120; ++i) {
+            QByteArray datagram(1000, char(i));
+            all += datagram;
+            peer.writeDatagram(datagram, QHostAddress::LocalHost, page.udpSocket()->localPort());
+            // one by one, so that no datagram is dropped by a full receive buffer
+            QTRY_COMPARE(page.recvCount(), quint64(all.size()));
+        }
+        // 360000 characters of hex, more than the view holds
+        QCOMPARE(page.recvText().size(), all.size() * 3);
+        QTRY_VERIFY(!page.recvView()->toPlainText().isEmpty());
+        QTRY_VERIFY(page.recvText().endsWith(page.recvView()->toPlainText()));
+        const QString shown = page.recvView()->toPlainText();
+        QVERIFY(shown.size() <= NetworkToolWidget::RecvViewMaxChars);
+        // cut between bytes, never inside one
+        QCOMPARE(shown.size() % 3, 0);
+        QVERIFY(shown.endsWith("77 77 "));
+
+        QTemporaryDir dir;
+        const QString path = dir.filePath("all.bin");
+        page.saveDataToFile(path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll() == all);
     }
 };
 
