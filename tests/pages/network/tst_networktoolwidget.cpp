@@ -1,6 +1,7 @@
 #include "LarkTest.h"
 #include "NetworkToolWidget.h"
 #include "NumberTool.h"
+#include "QtFileDialog.h"
 #include "QtMessageTip.h"
 #include "QtSendBoxWidget.h"
 #include "StatusLabel.h"
@@ -11,6 +12,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QNetworkDatagram>
@@ -23,7 +25,9 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <QTextCodec>
+#include <QTextEdit>
 #include <QTimer>
+#include <QToolButton>
 #include <QUdpSocket>
 #include <memory>
 #include <vector>
@@ -264,6 +268,35 @@ private slots:
         QTRY_COMPARE(peers[0]->bytesAvailable(), qint64(4));
         QCOMPARE(peers[1]->bytesAvailable(), qint64(0));
         QCOMPARE(page.sendCount(), quint64(3 + 3 + 4));
+    }
+
+    void theSendBoxFollowsTheDeviceAndThePageSettings()
+    {
+        NetworkToolWidget page;
+        page.show();
+        QPushButton *sendButton = nullptr;
+        for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>()) {
+            if (b->text() == "发送数据")
+                sendButton = b;
+        }
+        QVERIFY(sendButton);
+        QVERIFY(!sendButton->isEnabled());
+
+        const quint16 port = startServer(page);
+        QVERIFY(sendButton->isEnabled());
+        auto peers = connectPeers(page, port, 1);
+        QCOMPARE(page.tcpServer()->counts(), 1);
+
+        QTest::mouseClick(child<QRadioButton>(page, "rbtnSendHex"), Qt::LeftButton);
+        QTest::mouseClick(child<QCheckBox>(page, "chkSendNewLine"), Qt::LeftButton);
+        page.sendBox()->findChild<QTextEdit *>()->setPlainText("41 42");
+        QTest::mouseClick(sendButton, Qt::LeftButton);
+        QTRY_COMPARE(peers[0]->bytesAvailable(), qint64(4));
+        QCOMPARE(peers[0]->readAll(), QByteArray("AB\r\n"));
+        QCOMPARE(page.getCounts().first(), QString("发送字节: 4"));
+
+        clickOpen(page);
+        QVERIFY(!sendButton->isEnabled());
     }
 
     void disconnectWithNoClientsAsksNothing()
@@ -606,6 +639,77 @@ private slots:
         QVERIFY(file.open(QIODevice::ReadOnly));
         saved.replace("%1", QByteArray::number(peer.localPort()));
         QCOMPARE(file.readAll(), saved);
+    }
+
+    void saveNamedInTheRealDialogTakesTheSuffixOfItsFilter()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        NetworkToolWidget page;
+        setMode(page, NetworkToolWidget::UdpMode, "0");
+        clickOpen(page);
+        child<QRadioButton>(page, "rbtnRecvHex")->setChecked(true);
+        QUdpSocket peer;
+        peer.writeDatagram(QByteArray("\x10\x20\xff", 3), QHostAddress::LocalHost, page.udpSocket()->localPort());
+        QTRY_COMPARE(page.recvCount(), quint64(3));
+
+        const QString chosen = dir.filePath("capture");
+        LarkTest::onNextModal([chosen](QWidget *w) {
+            auto *dialog = qobject_cast<QtFileDialog *>(w);
+            if (!dialog) {
+                w->close();
+                return;
+            }
+            QFileDialog *files = dialog->fileDialog();
+            files->selectNameFilter("*.bin");
+            files->setDirectory(QFileInfo(chosen).path());
+            // typed as a user would; selectFile races with the model's directory scan
+            if (QLineEdit *name = files->findChild<QLineEdit *>("fileNameEdit"))
+                name->setText(QFileInfo(chosen).fileName());
+            QMetaObject::invokeMethod(files, "accept");
+            // a dialog that refused the answer must not be left waiting
+            if (dialog->isVisible())
+                dialog->reject();
+        });
+        QSignalSpy notify(&page, SIGNAL(signalNotify(QString,int)));
+        page.SltSaveDataToFile();
+        QCOMPARE(notices(notify), QStringList() << "文件保存完成!");
+        QFile file(chosen + ".bin");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("\x10\x20\xff", 3));
+    }
+
+    void savingAnEmptyViewAsksForNoName()
+    {
+        NetworkToolWidget page;
+        bool asked = false;
+        LarkTest::onNextModal([&asked](QWidget *w) {
+            asked = true;
+            w->close();
+        }, 200);
+        QSignalSpy notify(&page, SIGNAL(signalNotify(QString,int)));
+        page.SltSaveDataToFile();
+        QTest::qWait(300);
+        QVERIFY(!asked);
+        QCOMPARE(notify.count(), 0);
+    }
+
+    void foldButtonHidesAndShowsTheSettingsColumn()
+    {
+        NetworkToolWidget page;
+        page.show();
+        QToolButton *fold = child<QToolButton>(page, "btnFold");
+        QWidget *column = child<QWidget>(page, "widgetNetConfig");
+        QCOMPARE(fold->size(), QSize(6, 170));
+        QCOMPARE(fold->text(), QString(QChar(0xE6A7)));
+        QTest::mouseClick(fold, Qt::LeftButton);
+        QVERIFY(!column->isVisible());
+        QCOMPARE(fold->text(), QString(QChar(0xE6AF)));
+        QCOMPARE(fold->toolTip(), QString("显示配置界面"));
+        QTest::mouseClick(fold, Qt::LeftButton);
+        QVERIFY(column->isVisible());
+        QCOMPARE(fold->text(), QString(QChar(0xE6A7)));
+        QCOMPARE(fold->toolTip(), QString("隐藏配置界面"));
     }
 
     void saveToAPlaceThatCannotBeWrittenIsReported()
