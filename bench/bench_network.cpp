@@ -195,6 +195,8 @@ static void BM_AcceptAndList1000Clients(benchmark::State &state)
     const int n = int(state.range(0));
     NetworkToolWidget page;
     openPage(page, NetworkToolWidget::TcpServerMode, false);
+    page.resize(900, 600);
+    page.show();
     const quint16 port = page.tcpServer()->serverPort();
     QComboBox *box = page.findChild<QComboBox *>("cbxClients");
     double leaveMs = 0;
