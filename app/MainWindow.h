@@ -1,13 +1,59 @@
 #ifndef MAINWINDOW_H
 #define MAINWINDOW_H
 
-#include "QtWidgetBase.h"
+#include "QtMainWindow.h"
 
-class MainWindow : public QtWidgetBase
+class QAction;
+class QStackedWidget;
+class QtMessageTip;
+class QtStatusBar;
+class QtTabBar;
+class QtTitleBar;
+class QtWaitDialog;
+class QtWidgetBase;
+
+// The one top-level window: title bar, tab bar, the stack of the five tool pages and
+// the status bar. It routes each page's notifications and counts to the status bar.
+class MainWindow : public QtMainWindow
 {
     Q_OBJECT
 public:
     explicit MainWindow(QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // where the help page and the maker's site live
+    static const char *const HelpUrl;
+    static const char *const MakerUrl;
+
+    QStackedWidget *stackedWidget() const { return m_stackedWidget; }
+    QtStatusBar *statusBar() const { return m_statusBar; }
+    QtTabBar *tabBar() const { return m_tabBar; }
+    QtTitleBar *titleBar() const { return m_titleBar; }
+
+public slots:
+    void SltTabBarClicked(int index);
+    void SltRefreshCounts(int index);
+    void SltClearCounts();
+    void SltActionTrigger(QAction *action);
+    void SltAboutMenuTrigger(QAction *action);
+    void SltBtnHelpClicked();
+    void closeApp();
+
+private:
+    void InitWidget();
+    void AddSystemMenu();
+
+    QtTitleBar *m_titleBar = nullptr;
+    QtTabBar *m_tabBar = nullptr;
+    QStackedWidget *m_stackedWidget = nullptr;
+    QtWidgetBase *m_serialPage = nullptr;
+    QtWidgetBase *m_cameraPage = nullptr;
+    QtWidgetBase *m_networkPage = nullptr;
+    QtWidgetBase *m_pidPage = nullptr;
+    QtWidgetBase *m_hexEditPage = nullptr;
+    QtStatusBar *m_statusBar = nullptr;
+    QtWaitDialog *m_waitDialog = nullptr;
+    QtMessageTip *m_messageTip = nullptr;
 };
 
 #endif // MAINWINDOW_H

@@ -18,6 +18,8 @@ app=$!
 # give the window time to map and paint
 sleep "${LARK_SHOT_DELAY:-4}"
 DISPLAY=$disp import -window root "$shot"
+# keep the window only: the bare root around it is black
+convert "$shot" -trim +repage "$shot" 2>/dev/null || true
 kill $app 2>/dev/null || true
 wait $app 2>/dev/null || true
 echo "screenshot saved to $shot"

@@ -5,6 +5,7 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
@@ -38,9 +39,29 @@ void QtFileDialog::InitWidget()
     m_fileDialog = new QFileDialog(this, Qt::SubWindow | Qt::FramelessWindowHint);
     m_fileDialog->setAttribute(Qt::WA_TranslucentBackground);
     m_fileDialog->setOption(QFileDialog::DontUseNativeDialog, true);
-    m_fileDialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+    // a desktop folder is not a given on Linux; home is the next best start
+    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    m_fileDialog->setDirectory(QDir(desktop).exists() ? desktop : QDir::homePath());
 
-    // Qt's dialog names its parts; any of them may be missing in another Qt version
+    m_fileDialog->setLabelText(QFileDialog::LookIn, "文件目录：");
+    m_fileDialog->setLabelText(QFileDialog::Accept, "确定");
+    m_fileDialog->setLabelText(QFileDialog::Reject, "取消");
+    adjustChildren();
+
+    connect(m_fileDialog, SIGNAL(finished(int)), this, SLOT(onFileDialogFinished(int)));
+
+    QVBoxLayout *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 1, 1, 1);
+    layout->setSpacing(0);
+    layout->addWidget(m_titleBar);
+    layout->addWidget(m_fileDialog, 1);
+}
+
+// Qt's dialog names its parts; any of them may be missing in another Qt version. It
+// also rebuilds its buttons and retranslates its labels when the accept mode changes,
+// so this runs again after every such change; the texts set as label texts above stay.
+void QtFileDialog::adjustChildren()
+{
     if (QLabel *lab = m_fileDialog->findChild<QLabel *>("lookInLabel"))
         lab->setText("文件目录：");
     if (QComboBox *cbx = m_fileDialog->findChild<QComboBox *>("fileTypeCombo"))
@@ -65,14 +86,6 @@ void QtFileDialog::InitWidget()
             }
         }
     }
-
-    connect(m_fileDialog, SIGNAL(finished(int)), this, SLOT(onFileDialogFinished(int)));
-
-    QVBoxLayout *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSpacing(0);
-    layout->addWidget(m_titleBar);
-    layout->addWidget(m_fileDialog, 1);
 }
 
 void QtFileDialog::setNameFilter(const QString &filter)
@@ -83,17 +96,8 @@ void QtFileDialog::setNameFilter(const QString &filter)
 void QtFileDialog::setAcceptMode(QFileDialog::AcceptMode mode)
 {
     m_fileDialog->setAcceptMode(mode);
-    // switching to save mode makes Qt create the Save button afresh
-    if (QDialogButtonBox *box = m_fileDialog->findChild<QDialogButtonBox *>("buttonBox")) {
-        if (QPushButton *btn = box->button(QDialogButtonBox::Save)) {
-            btn->setText("保存");
-            btn->setFixedSize(68, 24);
-        }
-        if (QPushButton *btn = box->button(QDialogButtonBox::Open)) {
-            btn->setText("确定");
-            btn->setFixedSize(68, 24);
-        }
-    }
+    m_fileDialog->setLabelText(QFileDialog::Accept, mode == QFileDialog::AcceptSave ? "保存" : "确定");
+    adjustChildren();
 }
 
 void QtFileDialog::setFileMode(QFileDialog::FileMode mode)

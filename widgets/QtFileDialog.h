@@ -38,6 +38,7 @@ protected:
 
 private:
     void InitWidget();
+    void adjustChildren();
 
     QtTitleBar *m_titleBar;
     QFileDialog *m_fileDialog;

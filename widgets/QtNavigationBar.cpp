@@ -443,6 +443,7 @@ void QtNavigationBar::setSpace(int space)
 {
     if (m_space != space) {
         m_space = space;
+        updateItemRects();
         update();
     }
 }
@@ -483,6 +484,7 @@ void QtNavigationBar::setHorizontal(bool horizontal)
 {
     if (m_horizontal != horizontal) {
         m_horizontal = horizontal;
+        updateItemRects();
         update();
     }
 }

@@ -71,6 +71,7 @@ void TstAppConfig::writeIni(const QByteArray &content)
     QFile f(iniPath());
     QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
     f.write(content);
+    f.flush();
     // QSettings keeps a process-wide cache of the file keyed by time stamp and size;
     // a rewrite within the same clock tick with the same size would go unnoticed
     static int tick = 0;
