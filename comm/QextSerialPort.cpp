@@ -1,0 +1,242 @@
+#include "QextSerialPort.h"
+
+#include <QDebug>
+#include <QSerialPort>
+
+#include <poll.h>
+
+namespace {
+
+const int s_baudRates[] = {
+    50, 75, 110, 134, 150, 200, 300, 600, 1200, 1800, 2400, 4800, 9600, 19200, 38400,
+    57600, 115200, 230400, 460800, 500000, 576000, 921600, 1000000, 1152000, 1500000,
+    2000000, 2500000, 3000000, 3500000, 4000000};
+
+QSerialPort::DataBits toQt(QextSerialPort::DataBitsType bits)
+{
+    switch (bits) {
+    case QextSerialPort::DATA_5: return QSerialPort::Data5;
+    case QextSerialPort::DATA_6: return QSerialPort::Data6;
+    case QextSerialPort::DATA_7: return QSerialPort::Data7;
+    default: return QSerialPort::Data8;
+    }
+}
+
+QSerialPort::Parity toQt(QextSerialPort::ParityType parity)
+{
+    switch (parity) {
+    case QextSerialPort::PAR_ODD: return QSerialPort::OddParity;
+    case QextSerialPort::PAR_EVEN: return QSerialPort::EvenParity;
+    case QextSerialPort::PAR_SPACE: return QSerialPort::SpaceParity;
+    case QextSerialPort::PAR_MARK: return QSerialPort::MarkParity;
+    default: return QSerialPort::NoParity;
+    }
+}
+
+QSerialPort::FlowControl toQt(QextSerialPort::FlowType flow)
+{
+    switch (flow) {
+    case QextSerialPort::FLOW_HARDWARE: return QSerialPort::HardwareControl;
+    case QextSerialPort::FLOW_XONXOFF: return QSerialPort::SoftwareControl;
+    default: return QSerialPort::NoFlowControl;
+    }
+}
+
+} // namespace
+
+QextSerialPort::QextSerialPort(QueryMode mode, QObject *parent)
+    : QextSerialPort(QStringLiteral("/dev/ttyS0"), mode, parent)
+{
+}
+
+QextSerialPort::QextSerialPort(const QString &name, QueryMode mode, QObject *parent)
+    : QIODevice(parent), m_queryMode(mode), m_portName(name), m_port(new QSerialPort(this))
+{
+    // Polling mode has no notifier of its own here: the caller reads when it wants,
+    // and readyRead is simply not listened to.
+    connect(m_port, SIGNAL(readyRead()), this, SIGNAL(readyRead()));
+    connect(m_port, SIGNAL(bytesWritten(qint64)), this, SIGNAL(bytesWritten(qint64)));
+    connect(m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
+            SLOT(SltPortError(QSerialPort::SerialPortError)));
+}
+
+QextSerialPort::~QextSerialPort()
+{
+    if (isOpen())
+        close();
+}
+
+void QextSerialPort::setPortName(const QString &name)
+{
+    m_portName = name;
+}
+
+QString QextSerialPort::portName() const
+{
+    return m_portName;
+}
+
+bool QextSerialPort::isSupportedBaudRate(int rate)
+{
+    for (int r : s_baudRates)
+        if (r == rate)
+            return true;
+    return false;
+}
+
+bool QextSerialPort::open(OpenMode mode)
+{
+    if (isOpen())
+        return false;
+    if (mode == NotOpen)
+        return false;
+    m_port->setPortName(m_portName);
+    // Always read-write: the pages send and receive on the same port.
+    if (!m_port->open(QIODevice::ReadWrite)) {
+        setErrorString(m_port->errorString());
+        return false;
+    }
+    applySettings();
+    // Unbuffered: QSerialPort already buffers, a second copy would only cost time.
+    QIODevice::open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    return true;
+}
+
+void QextSerialPort::close()
+{
+    if (m_port->isOpen())
+        m_port->close();
+    if (isOpen())
+        QIODevice::close();
+}
+
+qint64 QextSerialPort::bytesAvailable() const
+{
+    return m_port->bytesAvailable() + QIODevice::bytesAvailable();
+}
+
+qint64 QextSerialPort::readData(char *data, qint64 maxSize)
+{
+    if (!m_port->isOpen())
+        return 0;
+    return m_port->read(data, maxSize);
+}
+
+qint64 QextSerialPort::writeData(const char *data, qint64 maxSize)
+{
+    if (!m_port->isOpen())
+        return -1;
+    return m_port->write(data, maxSize);
+}
+
+void QextSerialPort::SltPortError(QSerialPort::SerialPortError error)
+{
+    // A pty refuses the modem line ioctls and some settings: never fatal. A device
+    // that went away (the board was pulled) reports a resource error; the port stays
+    // "open" for the page, which learns of it from the port watcher, but the dead
+    // descriptor is released so that its notifier cannot spin.
+    // QSerialPort reports a read that found the other end hung up as an error (of
+    // varying kind) and then keeps its notifier armed, so the hang-up is checked on
+    // the descriptor itself.
+    Q_UNUSED(error)
+    if (!m_port->isOpen() || m_port->handle() < 0)
+        return;
+    pollfd pfd;
+    pfd.fd = int(m_port->handle());
+    pfd.events = POLLIN;
+    pfd.revents = 0;
+    if (::poll(&pfd, 1, 0) < 0)
+        return;
+    if (pfd.revents & (POLLHUP | POLLERR | POLLNVAL)) {
+        qWarning("QextSerialPort: %s has gone away", qPrintable(m_portName));
+        m_port->close();
+    }
+}
+
+void QextSerialPort::applySettings()
+{
+    if (!m_port->isOpen())
+        return;
+    m_port->setBaudRate(int(m_settings.BaudRate));
+    m_port->setDataBits(toQt(m_settings.DataBits));
+    m_port->setParity(toQt(m_settings.Parity));
+    m_port->setStopBits(m_settings.StopBits == STOP_2 ? QSerialPort::TwoStop : QSerialPort::OneStop);
+    m_port->setFlowControl(toQt(m_settings.FlowControl));
+    m_port->clearError();
+}
+
+void QextSerialPort::setBaudRate(BaudRateType rate)
+{
+    if (!isSupportedBaudRate(int(rate))) {
+        qWarning("QextSerialPort: baud rate %d is not supported by POSIX systems", int(rate));
+        return;
+    }
+    m_settings.BaudRate = rate;
+    if (m_port->isOpen()) {
+        m_port->setBaudRate(int(rate));
+        m_port->clearError();
+    }
+}
+
+void QextSerialPort::setDataBits(DataBitsType bits)
+{
+    if (bits < DATA_5 || bits > DATA_8) {
+        qWarning("QextSerialPort: %d data bits are not supported", int(bits));
+        return;
+    }
+    if (bits == DATA_5 && m_settings.StopBits == STOP_2) {
+        qWarning("QextSerialPort: 5 data bits cannot be used with 2 stop bits");
+        return;
+    }
+    m_settings.DataBits = bits;
+    if (m_port->isOpen()) {
+        m_port->setDataBits(toQt(bits));
+        m_port->clearError();
+    }
+}
+
+void QextSerialPort::setStopBits(StopBitsType bits)
+{
+    if (bits != STOP_1 && bits != STOP_2) {
+        qWarning("QextSerialPort: this stop bits setting is not supported by POSIX systems");
+        return;
+    }
+    if (bits == STOP_2 && m_settings.DataBits == DATA_5) {
+        qWarning("QextSerialPort: 2 stop bits cannot be used with 5 data bits");
+        return;
+    }
+    m_settings.StopBits = bits;
+    if (m_port->isOpen()) {
+        m_port->setStopBits(bits == STOP_2 ? QSerialPort::TwoStop : QSerialPort::OneStop);
+        m_port->clearError();
+    }
+}
+
+void QextSerialPort::setParity(ParityType parity)
+{
+    if (parity < PAR_NONE || parity > PAR_MARK) {
+        qWarning("QextSerialPort: parity %d is not supported", int(parity));
+        return;
+    }
+    m_settings.Parity = parity;
+    if (m_port->isOpen()) {
+        m_port->setParity(toQt(parity));
+        m_port->clearError();
+    }
+}
+
+void QextSerialPort::setFlowControl(FlowType flow)
+{
+    m_settings.FlowControl = flow;
+    if (m_port->isOpen()) {
+        m_port->setFlowControl(toQt(flow));
+        m_port->clearError();
+    }
+}
+
+void QextSerialPort::setTimeout(long millisec)
+{
+    // Event-driven reads never block, so the value only matters for polling callers
+    // that use waitForReadyRead themselves.
+    m_settings.Timeout_Millisec = millisec;
+}

@@ -1,0 +1,97 @@
+#ifndef QEXTSERIALPORT_H
+#define QEXTSERIALPORT_H
+
+#include <QIODevice>
+#include <QSerialPort>
+#include <QString>
+
+// Serial port of the serial and camera pages, in the form those pages were written
+// against: settings are this class's own enumerations, open() opens the device raw
+// for reading and writing, and readyRead comes from the event loop. The transfer
+// itself is done by a QSerialPort; what this class adds is the Linux rule set of the
+// settings (only the termios speeds are accepted, 5 data bits never go with 2 stop
+// bits), refusals being console warnings that keep the previous value.
+class QextSerialPort : public QIODevice
+{
+    Q_OBJECT
+public:
+    enum QueryMode { Polling, EventDriven };
+
+    enum BaudRateType {
+        BAUD50 = 50, BAUD75 = 75, BAUD110 = 110, BAUD134 = 134, BAUD150 = 150,
+        BAUD200 = 200, BAUD300 = 300, BAUD600 = 600, BAUD1200 = 1200, BAUD1800 = 1800,
+        BAUD2400 = 2400, BAUD4800 = 4800, BAUD9600 = 9600, BAUD19200 = 19200,
+        BAUD38400 = 38400, BAUD57600 = 57600, BAUD115200 = 115200, BAUD230400 = 230400,
+        BAUD460800 = 460800, BAUD500000 = 500000, BAUD576000 = 576000,
+        BAUD921600 = 921600, BAUD1000000 = 1000000, BAUD1152000 = 1152000,
+        BAUD1500000 = 1500000, BAUD2000000 = 2000000, BAUD2500000 = 2500000,
+        BAUD3000000 = 3000000, BAUD3500000 = 3500000, BAUD4000000 = 4000000
+    };
+    enum DataBitsType { DATA_5 = 5, DATA_6 = 6, DATA_7 = 7, DATA_8 = 8 };
+    // The pages pass combo box indices: parity 0 none, 1 odd, 2 even.
+    enum ParityType { PAR_NONE = 0, PAR_ODD = 1, PAR_EVEN = 2, PAR_SPACE = 3, PAR_MARK = 4 };
+    // The pages pass combo box indices: 0 one stop bit, 1 two. 1.5 stop bits exist on
+    // Windows only and are refused here.
+    enum StopBitsType { STOP_1 = 0, STOP_2 = 1, STOP_1_5 = 2 };
+    enum FlowType { FLOW_OFF = 0, FLOW_HARDWARE = 1, FLOW_XONXOFF = 2 };
+
+    struct PortSettings {
+        BaudRateType BaudRate = BAUD9600;
+        DataBitsType DataBits = DATA_8;
+        ParityType Parity = PAR_NONE;
+        StopBitsType StopBits = STOP_1;
+        FlowType FlowControl = FLOW_OFF;
+        long Timeout_Millisec = 10;
+    };
+
+    explicit QextSerialPort(QueryMode mode = EventDriven, QObject *parent = nullptr);
+    QextSerialPort(const QString &name, QueryMode mode = EventDriven, QObject *parent = nullptr);
+    ~QextSerialPort() override;
+
+    void setPortName(const QString &name);
+    // exactly the name given to setPortName, full path included
+    QString portName() const;
+    QueryMode queryMode() const { return m_queryMode; }
+    PortSettings settings() const { return m_settings; }
+
+    bool open(OpenMode mode) override;
+    void close() override;
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override;
+
+    void setBaudRate(BaudRateType rate);
+    void setBaudRate(int rate) { setBaudRate(BaudRateType(rate)); }
+    void setDataBits(DataBitsType bits);
+    void setDataBits(int bits) { setDataBits(DataBitsType(bits)); }
+    void setStopBits(StopBitsType bits);
+    void setStopBits(int bits) { setStopBits(StopBitsType(bits)); }
+    void setParity(ParityType parity);
+    void setParity(int parity) { setParity(ParityType(parity)); }
+    void setFlowControl(FlowType flow);
+    void setTimeout(long millisec);
+
+    BaudRateType baudRate() const { return m_settings.BaudRate; }
+    DataBitsType dataBits() const { return m_settings.DataBits; }
+    StopBitsType stopBits() const { return m_settings.StopBits; }
+    ParityType parity() const { return m_settings.Parity; }
+    FlowType flowControl() const { return m_settings.FlowControl; }
+
+    static bool isSupportedBaudRate(int rate);
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override;
+    qint64 writeData(const char *data, qint64 maxSize) override;
+
+private slots:
+    void SltPortError(QSerialPort::SerialPortError error);
+
+private:
+    void applySettings();
+
+    QueryMode m_queryMode;
+    QString m_portName;
+    PortSettings m_settings;
+    QSerialPort *m_port;
+};
+
+#endif // QEXTSERIALPORT_H

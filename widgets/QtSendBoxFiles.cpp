@@ -1,0 +1,80 @@
+#include "QtSendBoxFiles.h"
+
+#include <QFile>
+#include <QTextStream>
+
+QStringList QtSendBoxFiles::readHistory(const QString &path)
+{
+    QStringList words;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return words;
+    // the stream keeps the locale codec, as the writer does
+    QTextStream in(&file);
+    while (!in.atEnd()) {
+        QString word;
+        in >> word;
+        if (!word.isEmpty())
+            words << word;
+    }
+    file.close();
+    return words;
+}
+
+bool QtSendBoxFiles::writeHistory(const QString &path, const QStringList &entries)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+        return false;
+    QTextStream out(&file);
+    for (const QString &entry : entries)
+        out << entry << Qt::endl;
+    file.close();
+    return true;
+}
+
+bool QtSendBoxFiles::parseMultiLine(const QByteArray &line, int &key, QString &text)
+{
+    // a NUL ends the text, as it would for a C string
+    QString str = QString::fromUtf8(line.constData(), int(qstrnlen(line.constData(), uint(line.size()))));
+    if (str.endsWith('\n'))
+        str.remove('\n');
+    const QStringList parts = str.split('#', Qt::KeepEmptyParts);
+    if (parts.size() < 2)
+        return false;
+    key = parts.at(0).toInt(); // not a number: key 0, which no row shows
+    text = str.mid(parts.at(0).size() + 1);
+    return true;
+}
+
+QMap<int, QString> QtSendBoxFiles::readMultiConfig(const QString &path)
+{
+    QMap<int, QString> data;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return data;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
+        if (line.isEmpty())
+            break; // a read error: atEnd would never come
+        int key = 0;
+        QString text;
+        if (parseMultiLine(line, key, text))
+            data[key] = text;
+    }
+    file.close();
+    return data;
+}
+
+bool QtSendBoxFiles::writeMultiConfig(const QString &path, const QMap<int, QString> &data)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+        return false;
+    QTextStream out(&file);
+    for (auto it = data.constBegin(); it != data.constEnd(); ++it)
+        out << it.key() << "#" << it.value() << "\n";
+    out.flush();
+    file.close();
+    return true;
+}
