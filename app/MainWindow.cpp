@@ -10,7 +10,9 @@
 #include "QtTitleBar.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
+#include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
+#include "QSerialPorCheck.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -71,7 +73,7 @@ void MainWindow::InitWidget()
     // pages not built yet hold a plain page, so every tab works
     m_serialPage = new QtWidgetBase(this);
     m_cameraPage = new QtWidgetBase(this);
-    m_networkPage = new QtWidgetBase(this);
+    m_networkPage = new NetworkToolWidget(this);
     m_pidPage = new PidDebugWidget(this);
     m_hexEditPage = new QtWidgetBase(this);
     m_stackedWidget->addWidget(m_serialPage);
@@ -88,6 +90,12 @@ void MainWindow::InitWidget()
         connect(page, SIGNAL(signalNotify(QString, int)), m_statusBar, SLOT(showSystemNotify(QString, int)));
     for (QtWidgetBase *page : {m_serialPage, m_cameraPage, m_networkPage, m_hexEditPage})
         connect(page, SIGNAL(signalRefresCounts(int)), this, SLOT(SltRefreshCounts(int)));
+
+    // one watcher for every page that opens serial ports; the camera page, still a
+    // plain page here, has no port box to rebuild yet
+    QSerialPorCheck *portCheck = new QSerialPorCheck(this);
+    connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_pidPage, SLOT(SltSerialportChanged(QStringList)));
+    portCheck->start();
 }
 
 void MainWindow::AddSystemMenu()
