@@ -1,0 +1,231 @@
+// The serial page's receive path at full speed and at a steady 400 KB/s: a board
+// thread writes into one end of a socat pty pair, the page reads the other end on the
+// GUI thread as in the program. Reported per display mode: MB/s, CPU seconds of this
+// process per MB, and the longest stall of the event loop (the gap between two ticks
+// of a 5 ms timer, less its interval).
+#include "LarkPtyPair.h"
+#include "MyApp.h"
+#include "NumberTool.h"
+#include "QextSerialPort.h"
+#include "QtTerminalWidget.h"
+#include "SerialportWidget.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QRadioButton>
+#include <QTimer>
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+double cpuSeconds()
+{
+    rusage ru;
+    getrusage(RUSAGE_SELF, &ru);
+    return double(ru.ru_utime.tv_sec + ru.ru_stime.tv_sec)
+           + double(ru.ru_utime.tv_usec + ru.ru_stime.tv_usec) / 1e6;
+}
+
+// text a board typically prints: readable lines with some GB18030
+QByteArray boardText(int size)
+{
+    const QByteArray line = MyApp::strToUnicode(QString::fromUtf8("temp=25.3 hum=40 状态正常 0123456789\r\n"));
+    return line.repeated(size / line.size() + 1).left(size);
+}
+
+struct Stall {
+    QTimer timer;
+    QElapsedTimer clock;
+    qint64 last = 0;
+    qint64 worst = 0;
+    Stall()
+    {
+        timer.setInterval(5);
+        timer.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            const qint64 now = clock.elapsed();
+            worst = qMax(worst, now - last - 5);
+            last = now;
+        });
+    }
+    void start() { clock.start(); last = 0; worst = 0; timer.start(); }
+    void stop() { timer.stop(); }
+};
+
+// the board: writes data with a blocking descriptor, paced when bytesPerSecond > 0
+void boardWriter(const QString &path, QByteArray data, int bytesPerSecond, int slice, std::atomic<bool> *stop)
+{
+    const int fd = ::open(path.toLocal8Bit().constData(), O_WRONLY | O_NOCTTY);
+    if (fd < 0)
+        return;
+    QElapsedTimer t;
+    t.start();
+    qint64 done = 0;
+    while (done < data.size() && !stop->load()) {
+        if (bytesPerSecond > 0) {
+            const qint64 due = t.elapsed() * bytesPerSecond / 1000;
+            if (done >= due) {
+                usleep(500);
+                continue;
+            }
+        }
+        const int n = int(qMin<qint64>(slice, data.size() - done));
+        const ssize_t w = ::write(fd, data.constData() + done, size_t(n));
+        if (w > 0)
+            done += w;
+        else if (w < 0 && errno != EINTR && errno != EAGAIN)
+            break;
+    }
+    ::close(fd);
+}
+
+enum Mode { Ascii, Hex, AsciiLog };
+
+void runPage(benchmark::State &state, Mode mode, int bytesPerSecond, int totalBytes, int slice)
+{
+    LarkPtyPair pty;
+    if (!pty.start()) {
+        state.SkipWithError("socat pty pair did not start");
+        return;
+    }
+    NumberTool::m_newLine.clear();
+    SerialportWidget page;
+    page.resize(900, 600);
+    page.show(); // hidden, the terminal lays nothing out and the figures mean nothing
+    page.SltSerialportChanged({pty.programShortName()});
+    page.findChild<QComboBox *>("cbxBaud")->setCurrentText("921600");
+    if (mode == Hex)
+        page.findChild<QRadioButton *>("rbtnRecvHex")->click();
+    if (mode == AsciiLog)
+        page.findChild<QCheckBox *>("chkLogMode")->setChecked(true);
+    page.SltOpenSerialport();
+    if (!page.serialport()->isOpen()) {
+        state.SkipWithError("port did not open");
+        return;
+    }
+    const QByteArray data = boardText(totalBytes);
+
+    double seconds = 0, cpu = 0, worst = 0, mb = 0;
+    for (auto _ : state) {
+        page.clearRecv();
+        page.clearCounts();
+        Stall stall;
+        std::atomic<bool> stop{false};
+        const double cpu0 = cpuSeconds();
+        QElapsedTimer wall;
+        wall.start();
+        stall.start();
+        std::thread writer(boardWriter, pty.boardPath(), data, bytesPerSecond, slice, &stop);
+        // The receive count is exact while display runs; a generous limit keeps a
+        // page that cannot keep up from running for ever.
+        const qint64 limit = bytesPerSecond > 0 ? 1000LL * totalBytes / bytesPerSecond * 3 + 5000 : 120000;
+        QEventLoop loop;
+        QTimer check;
+        check.setInterval(10);
+        QObject::connect(&check, &QTimer::timeout, [&] {
+            if (page.recvCount() >= quint32(totalBytes) || wall.elapsed() > limit)
+                loop.quit();
+        });
+        check.start();
+        loop.exec();
+        stall.stop();
+        seconds += wall.elapsed() / 1000.0;
+        cpu += cpuSeconds() - cpu0;
+        worst = qMax(worst, double(stall.worst));
+        mb += page.recvCount() / 1e6;
+        stop = true;
+        writer.join();
+    }
+    state.counters["MB_per_s"] = mb / seconds;
+    state.counters["cpu_s_per_MB"] = cpu / mb;
+    state.counters["max_stall_ms"] = worst;
+    state.counters["doc_chars"] = page.terminal()->document()->characterCount();
+}
+
+void BM_FullSpeed(benchmark::State &state)
+{
+    runPage(state, Mode(state.range(0)), 0, int(state.range(1)), 4096);
+}
+
+void BM_Paced400KBps(benchmark::State &state)
+{
+    runPage(state, Mode(state.range(0)), 400 * 1000, int(state.range(1)), int(state.range(2)));
+}
+
+} // namespace
+
+BENCHMARK(BM_FullSpeed)->ArgNames({"mode", "bytes"})
+    ->Args({Ascii, 8 << 20})->Args({Hex, 8 << 20})->Args({AsciiLog, 8 << 20})->Args({Hex, 2 << 20})->Args({Hex, 24 << 20})
+    ->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+// the board writes in slices of the last argument: 4000 bytes every 10 ms, or 256
+// bytes every 0.64 ms, which is closer to what a USB serial adapter hands over
+BENCHMARK(BM_Paced400KBps)->ArgNames({"mode", "bytes", "slice"})
+    ->Args({Ascii, 2000 * 1000, 4000})->Args({Hex, 2000 * 1000, 4000})->Args({AsciiLog, 2000 * 1000, 4000})
+    ->Args({Ascii, 2000 * 1000, 256})->Args({Hex, 2000 * 1000, 256})->Args({AsciiLog, 2000 * 1000, 256})
+    ->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// Display stopped while the board sends, then resumed: the whole held buffer is
+// shown in one block by the next read. Reported: how long that one read blocks the
+// event loop.
+void BM_ResumeAfterStoppedDisplay(benchmark::State &state)
+{
+    LarkPtyPair pty;
+    if (!pty.start()) {
+        state.SkipWithError("socat pty pair did not start");
+        return;
+    }
+    NumberTool::m_newLine.clear();
+    SerialportWidget page;
+    page.resize(900, 600);
+    page.show();
+    page.SltSerialportChanged({pty.programShortName()});
+    if (state.range(0) == Hex)
+        page.findChild<QRadioButton *>("rbtnRecvHex")->click();
+    page.SltOpenSerialport();
+    auto *stop = page.findChild<QCheckBox *>("chkStopShow");
+    const int total = int(state.range(1));
+    double worst = 0;
+    for (auto _ : state) {
+        page.clearRecv();
+        stop->setChecked(true);
+        std::atomic<bool> cancel{false};
+        std::thread writer(boardWriter, pty.boardPath(), boardText(total), 0, 4096, &cancel);
+        QElapsedTimer wall;
+        wall.start();
+        while (page.recvBuffer().size() < total && wall.elapsed() < 60000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        writer.join();
+        stop->setChecked(false);
+        QElapsedTimer t;
+        t.start();
+        pty.boardWrite("!");
+        while (!page.recvBuffer().isEmpty() && t.elapsed() < 120000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        worst = qMax(worst, double(t.elapsed()));
+    }
+    state.counters["resume_ms"] = worst;
+}
+BENCHMARK(BM_ResumeAfterStoppedDisplay)->ArgNames({"mode", "bytes"})
+    ->Args({Ascii, 1 << 20})->Args({Ascii, 10 << 20})->Args({Hex, 1 << 20})
+    ->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,101 @@
+#ifndef SERIALPORTWIDGET_H
+#define SERIALPORTWIDGET_H
+
+#include "QtWidgetBase.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+class QButtonGroup;
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QTimer;
+class QToolButton;
+class QextSerialPort;
+class QtSendBoxWidget;
+class QtTerminalWidget;
+class StatusLabel;
+
+// Page 0 of the main window, the serial assistant: pick a port and its framing, open
+// it, watch what arrives as text or hexadecimal, send typed, listed or periodic data.
+// Nothing of it is kept between runs.
+class SerialportWidget : public QtWidgetBase
+{
+    Q_OBJECT
+public:
+    explicit SerialportWidget(QWidget *parent = nullptr);
+    ~SerialportWidget() override;
+
+    QSize sizeHint() const override;
+    QStringList getCounts() override;
+    void clearCounts() override;
+
+    void CloseSerialport();
+    void parseSerialportData(QByteArray data);
+    // what follows the save dialog: write text to fileName, raw bytes for a name not
+    // ending in "txt"; notifies the outcome
+    bool saveDataToFile(const QString &fileName, const QString &text);
+
+    QextSerialPort *serialport() const { return m_serialport; }
+    QtTerminalWidget *terminal() const { return m_terminal; }
+    QtSendBoxWidget *sendBox() const { return m_sendBox; }
+    QByteArray recvBuffer() const { return m_recvBuffer; }
+    quint32 sendCount() const { return m_sendCount; }
+    quint32 recvCount() const { return m_recvCount; }
+
+public slots:
+    void SltSerialportChanged(const QStringList &serialports);
+    void clearRecv();
+    void SltOpenSerialport();
+    void SltWriteDataToSerialport(QByteArray byCmd);
+    void SltRecvFromSerialport();
+    void SltDelayChanged();
+    void SltBtnFoldClicked();
+    void SltChangeSendPage(int index);
+    void SltChangeAutoInterval();
+    void SltSaveDataToFile();
+
+private:
+    void InitWidget();
+    void InitSerialPortConfig();
+    QWidget *InitConfigColumn();
+    void appendReceived(const QString &text);
+
+    QWidget *m_widgetConfig;
+    QToolButton *m_btnFold;
+
+    QComboBox *m_cbxPort;
+    QComboBox *m_cbxBaud;
+    QComboBox *m_cbxParity;
+    QComboBox *m_cbxDataBits;
+    QComboBox *m_cbxStopBits;
+    QPushButton *m_btnOpen;
+    StatusLabel *m_statusLabel;
+
+    QRadioButton *m_rbtnRecvAscii;
+    QRadioButton *m_rbtnRecvHex;
+    QCheckBox *m_chkStopShow;
+    QCheckBox *m_chkLogMode;
+
+    QComboBox *m_cbxSendOption;
+    QLineEdit *m_edtAutoInterval;
+    QRadioButton *m_rbtnSendAscii;
+    QRadioButton *m_rbtnSendHex;
+    QCheckBox *m_chkSendNewLine;
+    QCheckBox *m_chkAutoSend;
+    QButtonGroup *m_sendFormatGroup;
+
+    QtTerminalWidget *m_terminal;
+    QtSendBoxWidget *m_sendBox;
+
+    quint32 m_sendCount;
+    quint32 m_recvCount;
+    QTimer *m_recvTimer;
+    QextSerialPort *m_serialport;
+    QByteArray m_recvBuffer;
+};
+
+#endif // SERIALPORTWIDGET_H
