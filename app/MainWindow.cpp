@@ -13,6 +13,7 @@
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
+#include "SerialportWidget.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -71,7 +72,7 @@ void MainWindow::InitWidget()
     connect(m_tabBar, SIGNAL(signalClicked(int)), this, SLOT(SltTabBarClicked(int)));
 
     // pages not built yet hold a plain page, so every tab works
-    m_serialPage = new QtWidgetBase(this);
+    m_serialPage = new SerialportWidget(this);
     m_cameraPage = new QtWidgetBase(this);
     m_networkPage = new NetworkToolWidget(this);
     m_pidPage = new PidDebugWidget(this);
@@ -94,6 +95,7 @@ void MainWindow::InitWidget()
     // one watcher for every page that opens serial ports; the camera page, still a
     // plain page here, has no port box to rebuild yet
     QSerialPorCheck *portCheck = new QSerialPorCheck(this);
+    connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_serialPage, SLOT(SltSerialportChanged(QStringList)));
     connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_pidPage, SLOT(SltSerialportChanged(QStringList)));
     portCheck->start();
 }
