@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWidget>
 #include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QPointer>
 #include <memory>
 #include <vector>
@@ -102,6 +104,21 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
             finish();
     });
     timer->start();
+}
+
+bool chooseFileInDialog(QWidget *dialog, const QString &path)
+{
+    auto *fd = qobject_cast<QFileDialog *>(dialog);
+    if (!fd)
+        fd = dialog->findChild<QFileDialog *>();
+    if (!fd)
+        return false;
+    if (auto *edit = fd->findChild<QLineEdit *>("fileNameEdit"))
+        edit->setText(path);
+    else
+        fd->selectFile(path);
+    QMetaObject::invokeMethod(fd, "accept");
+    return true;
 }
 
 QString dataPath(const QString &name)

@@ -548,8 +548,7 @@ void TstQtSendBoxWidget::loadChosenInTheRealDialog()
     LarkTest::onNextModal([path](QWidget *w) {
         auto *dialog = qobject_cast<QtFileDialog *>(w);
         QVERIFY(dialog);
-        dialog->fileDialog()->selectFile(path);
-        QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
+        LarkTest::chooseFileInDialog(dialog, path);
     });
     box.SltLoadDataFile();
     QCOMPARE(box.findChild<QTextEdit *>()->toPlainText(), QString("AT+CSQ"));

@@ -614,13 +614,7 @@ private slots:
             auto *fd = qobject_cast<QFileDialog *>(dlg);
             sawFileDialog = fd != nullptr;
             if (fd) {
-                // typed as a user would: the name edit is what accept() reads, while
-                // selectFile() races with the dialog's directory model thread
-                if (auto *edit = fd->findChild<QLineEdit *>("fileNameEdit"))
-                    edit->setText(path);
-                else
-                    fd->selectFile(path);
-                static_cast<QDialog *>(fd)->accept(); // QFileDialog::accept validates the name
+                LarkTest::chooseFileInDialog(fd, path);
             } else if (auto *d = qobject_cast<QDialog *>(dlg)) {
                 d->reject();
             } else {

@@ -461,8 +461,7 @@ void TstSerialportWidget::saveChosenInTheRealDialog()
         auto *dialog = qobject_cast<QtFileDialog *>(w);
         QVERIFY(dialog);
         dialog->fileDialog()->selectNameFilter("*.bin");
-        dialog->fileDialog()->selectFile(base);
-        QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
+        LarkTest::chooseFileInDialog(dialog, base);
     });
     page.SltSaveDataToFile();
     QFile bin(base + ".bin");
