@@ -10,6 +10,10 @@
 #include "QtTitleBar.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
+#include "NetworkToolWidget.h"
+#include "PidDebugWidget.h"
+#include "QSerialPorCheck.h"
+#include "SerialportWidget.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -68,10 +72,10 @@ void MainWindow::InitWidget()
     connect(m_tabBar, SIGNAL(signalClicked(int)), this, SLOT(SltTabBarClicked(int)));
 
     // pages not built yet hold a plain page, so every tab works
-    m_serialPage = new QtWidgetBase(this);
+    m_serialPage = new SerialportWidget(this);
     m_cameraPage = new QtWidgetBase(this);
-    m_networkPage = new QtWidgetBase(this);
-    m_pidPage = new QtWidgetBase(this);
+    m_networkPage = new NetworkToolWidget(this);
+    m_pidPage = new PidDebugWidget(this);
     m_hexEditPage = new QtWidgetBase(this);
     m_stackedWidget->addWidget(m_serialPage);
     m_stackedWidget->addWidget(m_cameraPage);
@@ -87,6 +91,13 @@ void MainWindow::InitWidget()
         connect(page, SIGNAL(signalNotify(QString, int)), m_statusBar, SLOT(showSystemNotify(QString, int)));
     for (QtWidgetBase *page : {m_serialPage, m_cameraPage, m_networkPage, m_hexEditPage})
         connect(page, SIGNAL(signalRefresCounts(int)), this, SLOT(SltRefreshCounts(int)));
+
+    // one watcher for every page that opens serial ports; the camera page, still a
+    // plain page here, has no port box to rebuild yet
+    QSerialPorCheck *portCheck = new QSerialPorCheck(this);
+    connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_serialPage, SLOT(SltSerialportChanged(QStringList)));
+    connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_pidPage, SLOT(SltSerialportChanged(QStringList)));
+    portCheck->start();
 }
 
 void MainWindow::AddSystemMenu()

@@ -8,7 +8,7 @@ if [ -n "${DISPLAY:-}" ]; then
 fi
 shot=${LARK_SHOT:-$(pwd)/shot-larkTools.png}
 disp=:$(( 90 + $$ % 100 ))
-Xvfb "$disp" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+Xvfb "$disp" -screen 0 1920x1080x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 trap 'kill $xvfb 2>/dev/null || true' EXIT
 i=0

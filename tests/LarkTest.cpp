@@ -6,6 +6,9 @@
 #include <QTimer>
 #include <QWidget>
 #include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPointer>
 #include <memory>
 #include <vector>
 
@@ -57,24 +60,65 @@ int runAll(int argc, char **argv)
 
 void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
 {
+    // Polls for the modal widget. A widget must be seen on two ticks in a row before
+    // the handler runs, so the dialog's own event loop is running by then; and if the
+    // handled widget is still up and modal half a second later (its answer was lost
+    // because its loop was not entered yet), the handler runs again, a few times.
+    struct State {
+        QElapsedTimer elapsed;
+        QPointer<QWidget> seen;
+        QPointer<QWidget> handled;
+        bool called = false;
+        int handledTicks = 0;
+        int retries = 0;
+    };
     auto *timer = new QTimer(qApp);
-    auto *elapsed = new QElapsedTimer;
-    elapsed->start();
+    auto state = std::make_shared<State>();
+    state->elapsed.start();
     timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, elapsed, handler, timeoutMs]() {
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, state, handler, timeoutMs]() {
+        auto finish = [timer] {
+            timer->stop();
+            timer->deleteLater();
+        };
         QWidget *w = QApplication::activeModalWidget();
-        if (w && w->isVisible()) {
-            timer->stop();
-            timer->deleteLater();
-            delete elapsed;
-            handler(w);
-        } else if (elapsed->elapsed() > timeoutMs) {
-            timer->stop();
-            timer->deleteLater();
-            delete elapsed;
+        const bool up = w && w->isVisible();
+        if (state->called) {
+            if (!(state->handled && up && w == state->handled))
+                finish();
+            else if (++state->handledTicks >= 50 && state->retries < 5) {
+                ++state->retries;
+                state->handledTicks = 0;
+                handler(w);
+            }
+            return;
         }
+        if (up && w == state->seen) {
+            state->called = true;
+            state->handled = w;
+            handler(w);
+            return;
+        }
+        state->seen = up ? w : nullptr;
+        if (state->elapsed.elapsed() > timeoutMs)
+            finish();
     });
     timer->start();
+}
+
+bool chooseFileInDialog(QWidget *dialog, const QString &path)
+{
+    auto *fd = qobject_cast<QFileDialog *>(dialog);
+    if (!fd)
+        fd = dialog->findChild<QFileDialog *>();
+    if (!fd)
+        return false;
+    if (auto *edit = fd->findChild<QLineEdit *>("fileNameEdit"))
+        edit->setText(path);
+    else
+        fd->selectFile(path);
+    QMetaObject::invokeMethod(fd, "accept");
+    return true;
 }
 
 QString dataPath(const QString &name)

@@ -23,6 +23,11 @@ void cleanAppDirs();
 // for at most timeoutMs); a test that opens a modal dialog closes it through this.
 void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 
+// Answers an open or save file dialog (a QFileDialog, or a dialog holding one) with
+// path as a user would: typed into the name field, then accepted. selectFile() alone
+// leaves the field empty while it has focus, so the dialog would refuse.
+bool chooseFileInDialog(QWidget *dialog, const QString &path);
+
 // Path of a file under tests/data.
 QString dataPath(const QString &name);
 

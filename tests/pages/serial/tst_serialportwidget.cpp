@@ -75,8 +75,7 @@ QByteArray allBytes()
 }
 
 
-// Answers the next file dialog as a user would: the path typed into the name field,
-// then accept. Retried while the dialog still loads its folder; a dialog that never
+// Answers the next file dialog with path, as a user would type it. Retried while the dialog still loads its folder; a dialog that never
 // takes it is rejected, so that the test fails instead of hanging.
 void answerFileDialog(const QString &path, const QString &filter = QString())
 {
@@ -88,13 +87,8 @@ void answerFileDialog(const QString &path, const QString &filter = QString())
         }
         if (!filter.isEmpty())
             dialog->fileDialog()->selectNameFilter(filter);
-        QLineEdit *edit = dialog->fileDialog()->findChild<QLineEdit *>("fileNameEdit");
         for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
-            if (edit)
-                edit->setText(path);
-            else
-                dialog->fileDialog()->selectFile(path);
-            QMetaObject::invokeMethod(dialog->fileDialog(), "accept");
+            LarkTest::chooseFileInDialog(dialog, path);
             if (dialog->isVisible())
                 QTest::qWait(50);
         }

@@ -1,0 +1,659 @@
+#include "NetworkToolWidget.h"
+#include "IconHelper.h"
+#include "NetworkMessageFormat.h"
+#include "NumberTool.h"
+#include "QtFileDialog.h"
+#include "QtMessageBox.h"
+#include "QtMessageTip.h"
+#include "QtSendBoxWidget.h"
+#include "StatusLabel.h"
+#include "TcpServer.h"
+#include "UiSkin.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHostAddress>
+#include <QLabel>
+#include <QLineEdit>
+#include <QNetworkDatagram>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTcpSocket>
+#include <QElapsedTimer>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QTimer>
+#include <QToolButton>
+#include <QUdpSocket>
+#include <QVBoxLayout>
+
+// How long received text may wait before it is drawn. Short enough to look
+// immediate, long enough that a flood is drawn in a few large insertions.
+static const int RecvViewDelayMs = 30;
+
+NetworkToolWidget::NetworkToolWidget(QWidget *parent)
+    : QtWidgetBase(parent)
+    , m_tcpServer(nullptr)
+    , m_sendCount(0)
+    , m_recvCount(0)
+    , m_tcpSocket(nullptr)
+    , m_udpSocket(nullptr)
+{
+    clearCounts();
+    InitWidget();
+    InitNetwork();
+}
+
+NetworkToolWidget::~NetworkToolWidget()
+{
+    // The transports report their last disconnects while they go down; by then the
+    // widgets those slots touch are half destroyed, so the page stops listening first.
+    m_tcpServer->disconnect(this);
+    m_tcpServer->CloseListen();
+    m_tcpSocket->disconnect(this);
+    m_udpSocket->disconnect(this);
+    delete m_tcpSocket;
+    m_tcpSocket = nullptr;
+    delete m_udpSocket;
+    m_udpSocket = nullptr;
+}
+
+QStringList NetworkToolWidget::getCounts()
+{
+    return QStringList() << QString("发送字节: %1").arg(m_sendCount)
+                         << QString("接收字节: %1").arg(m_recvCount);
+}
+
+void NetworkToolWidget::clearCounts()
+{
+    m_sendCount = 0;
+    m_recvCount = 0;
+}
+
+void NetworkToolWidget::InitWidget()
+{
+    setObjectName("NetworkToolWidget");
+
+    m_widgetConfig = InitConfigWidget();
+
+    m_btnFold = new QToolButton(this);
+    m_btnFold->setObjectName("btnFold");
+    m_btnFold->setFixedSize(6, 170);
+    m_btnFold->setCursor(Qt::PointingHandCursor);
+    m_btnFold->setToolTip("隐藏配置界面");
+    IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
+
+    m_textRecv = new QTextBrowser(this);
+    m_textRecv->setObjectName("textRecv");
+    m_textRecv->setUndoRedoEnabled(false);
+    m_textRecv->setPlaceholderText("数据接收区显示");
+
+    m_sendBox = new QtSendBoxWidget(this, 3);
+    m_sendBox->m_chkAutoSend = m_chkAutoSend;
+
+    QVBoxLayout *rightLayout = new QVBoxLayout();
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->setSpacing(5);
+    rightLayout->addWidget(m_textRecv, 1);
+    rightLayout->addWidget(m_sendBox);
+
+    QHBoxLayout *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->setSpacing(2);
+    layout->addWidget(m_widgetConfig);
+    layout->addWidget(m_btnFold, 0, Qt::AlignVCenter);
+    layout->addLayout(rightLayout, 1);
+
+    m_viewTimer = new QTimer(this);
+    m_viewTimer->setSingleShot(true);
+    m_viewTimer->setInterval(RecvViewDelayMs);
+    connect(m_viewTimer, SIGNAL(timeout()), this, SLOT(SltFlushRecvView()));
+
+    connect(m_btnFold, SIGNAL(clicked()), this, SLOT(SltBtnFoldClicked()));
+    connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltSendData(QByteArray)));
+    connect(m_sendBox, SIGNAL(signalNotify(QString,int)), this, SIGNAL(signalNotify(QString,int)));
+}
+
+QWidget *NetworkToolWidget::InitConfigWidget()
+{
+    QWidget *column = new QWidget(this);
+    column->setObjectName("widgetNetConfig");
+    column->setFixedWidth(220);
+
+    // port configuration
+    QGroupBox *groupPort = new QGroupBox("端口配置", column);
+    m_cbxNetType = new QComboBox(groupPort);
+    m_cbxNetType->setObjectName("cbxNetType");
+    m_cbxNetType->addItems(QStringList() << "TCP Server" << "TCP Client" << "UDP");
+    m_cbxNetType->setCurrentIndex(0);
+
+    m_labAddress = new QLabel("2.本地IP地址", groupPort);
+    m_labAddress->setObjectName("labAddress");
+    m_cbxAddress = new QComboBox(groupPort);
+    m_cbxAddress->setObjectName("cbxAddress");
+    m_cbxAddress->setEditable(true);
+    m_cbxAddress->addItems(NumberTool::GetHostIpAddress());
+
+    // before the first change of mode the port caption is the client's one; the
+    // table of captions applies from then on
+    m_labPort = new QLabel("3.服务器端口", groupPort);
+    m_labPort->setObjectName("labPort");
+    m_edtPort = new QLineEdit("8000", groupPort);
+    m_edtPort->setObjectName("edtPort");
+
+    m_widgetClients = new QWidget(groupPort);
+    m_widgetClients->setObjectName("widgetClients");
+    QLabel *labClients = new QLabel("客户端", m_widgetClients);
+    m_btnDisconnect = new QPushButton("断开", m_widgetClients);
+    m_btnDisconnect->setObjectName("btnDisconnect");
+    m_btnDisconnect->setIcon(QIcon(IconHelper::Instance()->getPixmap(UiSkin::m_strTextColor, QChar(0xE68B), 10, 14, 14)));
+    m_cbxClients = new QComboBox(m_widgetClients);
+    m_cbxClients->setObjectName("cbxClients");
+    m_cbxClients->addItem("All Clients");
+    QGridLayout *clientsLayout = new QGridLayout(m_widgetClients);
+    clientsLayout->setContentsMargins(0, 0, 0, 0);
+    clientsLayout->setSpacing(5);
+    clientsLayout->addWidget(labClients, 0, 0);
+    clientsLayout->addWidget(m_btnDisconnect, 0, 1, Qt::AlignRight);
+    clientsLayout->addWidget(m_cbxClients, 1, 0, 1, 2);
+
+    m_widgetUdpDest = new QWidget(groupPort);
+    m_widgetUdpDest->setObjectName("widgetUdpDest");
+    m_edtDestAddress = new QLineEdit("127.0.0.1", m_widgetUdpDest);
+    m_edtDestAddress->setObjectName("edtDestAddress");
+    m_edtDestPort = new QLineEdit("8001", m_widgetUdpDest);
+    m_edtDestPort->setObjectName("edtDestPort");
+    QGridLayout *udpLayout = new QGridLayout(m_widgetUdpDest);
+    udpLayout->setContentsMargins(0, 0, 0, 0);
+    udpLayout->setSpacing(5);
+    udpLayout->addWidget(new QLabel("目的地址:", m_widgetUdpDest), 0, 0);
+    udpLayout->addWidget(m_edtDestAddress, 0, 1);
+    udpLayout->addWidget(new QLabel("目的端口:", m_widgetUdpDest), 1, 0);
+    udpLayout->addWidget(m_edtDestPort, 1, 1);
+    m_widgetUdpDest->setVisible(false);
+
+    m_statusLabel = new StatusLabel(groupPort);
+    m_statusLabel->setObjectName("statusLabel");
+    m_statusLabel->setFixedSize(22, 22);
+    m_statusLabel->setText(QString());
+    m_statusLabel->setStatus(false);
+    m_btnOpen = new QPushButton("启动监听", groupPort);
+    m_btnOpen->setObjectName("btnOpen");
+
+    QHBoxLayout *openLayout = new QHBoxLayout();
+    openLayout->setContentsMargins(0, 0, 0, 0);
+    openLayout->setSpacing(5);
+    openLayout->addWidget(m_statusLabel);
+    openLayout->addWidget(m_btnOpen, 1);
+
+    QVBoxLayout *portLayout = new QVBoxLayout(groupPort);
+    portLayout->setContentsMargins(5, 5, 5, 5);
+    portLayout->setSpacing(5);
+    portLayout->addWidget(new QLabel("1. 协议类型", groupPort));
+    portLayout->addWidget(m_cbxNetType);
+    portLayout->addWidget(m_labAddress);
+    portLayout->addWidget(m_cbxAddress);
+    portLayout->addWidget(m_labPort);
+    portLayout->addWidget(m_edtPort);
+    portLayout->addWidget(m_widgetClients);
+    portLayout->addWidget(m_widgetUdpDest);
+    portLayout->addLayout(openLayout);
+
+    // receive settings
+    QGroupBox *groupRecv = new QGroupBox("接收区设置", column);
+    m_rbtnRecvAscii = new QRadioButton("ASCII", groupRecv);
+    m_rbtnRecvAscii->setObjectName("rbtnRecvAscii");
+    m_rbtnRecvHex = new QRadioButton("HEX", groupRecv);
+    m_rbtnRecvHex->setObjectName("rbtnRecvHex");
+    m_rbtnRecvAscii->setChecked(true);
+    QButtonGroup *recvGroup = new QButtonGroup(groupRecv);
+    recvGroup->addButton(m_rbtnRecvAscii, 0);
+    recvGroup->addButton(m_rbtnRecvHex, 1);
+    m_chkStopShow = new QCheckBox("停止显示", groupRecv);
+    m_chkStopShow->setObjectName("chkStopShow");
+    // kept for the look of the serial page; the network view has no log tags
+    m_chkLogMode = new QCheckBox("日志模式", groupRecv);
+    m_chkLogMode->setObjectName("chkLogMode");
+    QPushButton *btnClear = new QPushButton("清空接收区", groupRecv);
+    QPushButton *btnSave = new QPushButton("保存到文件", groupRecv);
+
+    QGridLayout *recvLayout = new QGridLayout(groupRecv);
+    recvLayout->setContentsMargins(5, 5, 5, 5);
+    recvLayout->setSpacing(5);
+    recvLayout->addWidget(m_rbtnRecvAscii, 0, 0);
+    recvLayout->addWidget(m_rbtnRecvHex, 0, 1);
+    recvLayout->addWidget(m_chkStopShow, 1, 0);
+    recvLayout->addWidget(m_chkLogMode, 1, 1);
+    recvLayout->setRowStretch(2, 1);
+    recvLayout->addWidget(btnClear, 3, 0);
+    recvLayout->addWidget(btnSave, 3, 1);
+
+    // send settings
+    QGroupBox *groupSend = new QGroupBox("发送区设置", column);
+    m_cbxSendPage = new QComboBox(groupSend);
+    m_cbxSendPage->setObjectName("cbxSendPage");
+    m_cbxSendPage->addItems(QStringList() << "单项发送" << "多项发送");
+    m_edtAutoInterval = new QLineEdit("1000", groupSend);
+    m_edtAutoInterval->setObjectName("edtAutoInterval");
+    m_rbtnSendAscii = new QRadioButton("ASCII", groupSend);
+    m_rbtnSendAscii->setObjectName("rbtnSendAscii");
+    m_rbtnSendHex = new QRadioButton("HEX", groupSend);
+    m_rbtnSendHex->setObjectName("rbtnSendHex");
+    m_rbtnSendAscii->setChecked(true);
+    QButtonGroup *sendGroup = new QButtonGroup(groupSend);
+    sendGroup->addButton(m_rbtnSendAscii, 0);
+    sendGroup->addButton(m_rbtnSendHex, 1);
+    m_chkSendNewLine = new QCheckBox("发送新行", groupSend);
+    m_chkSendNewLine->setObjectName("chkSendNewLine");
+    m_chkAutoSend = new QCheckBox("自动发送", groupSend);
+    m_chkAutoSend->setObjectName("chkAutoSend");
+
+    QGridLayout *sendLayout = new QGridLayout(groupSend);
+    sendLayout->setContentsMargins(5, 5, 5, 5);
+    sendLayout->setSpacing(5);
+    sendLayout->addWidget(new QLabel("发送选项", groupSend), 0, 0);
+    sendLayout->addWidget(m_cbxSendPage, 0, 1, 1, 2);
+    sendLayout->addWidget(new QLabel("自动发送周期", groupSend), 1, 0);
+    sendLayout->addWidget(m_edtAutoInterval, 1, 1);
+    sendLayout->addWidget(new QLabel("ms", groupSend), 1, 2);
+    sendLayout->addWidget(m_rbtnSendAscii, 2, 0);
+    sendLayout->addWidget(m_rbtnSendHex, 2, 1);
+    sendLayout->addWidget(m_chkSendNewLine, 3, 0);
+    sendLayout->addWidget(m_chkAutoSend, 3, 1);
+
+    QVBoxLayout *columnLayout = new QVBoxLayout(column);
+    columnLayout->setContentsMargins(2, 2, 2, 2);
+    columnLayout->setSpacing(5);
+    columnLayout->addWidget(groupPort);
+    columnLayout->addWidget(groupRecv, 1);
+    columnLayout->addWidget(groupSend);
+
+    connect(m_cbxNetType, SIGNAL(currentIndexChanged(int)), this, SLOT(SltChangeNetType(int)));
+    connect(m_btnOpen, SIGNAL(clicked()), this, SLOT(SltBtnOpenClicked()));
+    connect(m_btnDisconnect, SIGNAL(clicked()), this, SLOT(SltDisconnectClient()));
+    connect(btnClear, SIGNAL(clicked()), this, SLOT(clearRecv()));
+    connect(btnSave, SIGNAL(clicked()), this, SLOT(SltSaveDataToFile()));
+    connect(m_cbxSendPage, SIGNAL(currentIndexChanged(int)), this, SLOT(SltChangeSendPage(int)));
+    connect(m_edtAutoInterval, SIGNAL(editingFinished()), this, SLOT(SltChangeAutoInterval()));
+    return column;
+}
+
+void NetworkToolWidget::InitNetwork()
+{
+    // the send box is built by now; its settings are wired here with the transports
+    connect(m_chkSendNewLine, SIGNAL(clicked(bool)), m_sendBox, SLOT(setNewline(bool)));
+    connect(m_chkAutoSend, SIGNAL(toggled(bool)), m_sendBox, SLOT(setAutoSend(bool)));
+    connect(m_rbtnSendAscii->group(), SIGNAL(buttonClicked(int)), m_sendBox, SLOT(setHexSend(int)));
+
+    m_tcpServer = new TcpServer(this);
+    connect(m_tcpServer, SIGNAL(signalClientConnected(QString)), this, SLOT(SltNewClientConnected(QString)));
+    connect(m_tcpServer, SIGNAL(signalClientDisconnected(QString)), this, SLOT(SltClientDisconnected(QString)));
+    connect(m_tcpServer, SIGNAL(signalReadMessage(QString,QByteArray)), this, SLOT(SltRecvSocketMessage(QString,QByteArray)));
+
+    m_tcpSocket = new QTcpSocket();
+    connect(m_tcpSocket, SIGNAL(connected()), this, SLOT(SltConnectedToHost()));
+    connect(m_tcpSocket, SIGNAL(disconnected()), this, SLOT(SltDisConnectedToHost()));
+    connect(m_tcpSocket, SIGNAL(readyRead()), this, SLOT(SltReadyFromHost()));
+
+    m_udpSocket = new QUdpSocket();
+    connect(m_udpSocket, SIGNAL(readyRead()), this, SLOT(SltReadyFromUdp()));
+}
+
+void NetworkToolWidget::SltChangeNetType(int index)
+{
+    switch (index) {
+    case TcpServerMode:
+        m_labAddress->setText("2.本地IP地址");
+        m_labPort->setText("2.本地端口");
+        m_widgetClients->setVisible(true);
+        m_widgetUdpDest->setVisible(false);
+        m_btnOpen->setText("启动监听");
+        break;
+    case TcpClientMode:
+        m_labAddress->setText("2.服务器IP地址");
+        m_labPort->setText("3.服务器端口");
+        m_widgetClients->setVisible(false);
+        m_widgetUdpDest->setVisible(false);
+        m_btnOpen->setText("建立连接");
+        break;
+    case UdpMode:
+        m_labAddress->setText("2.本地IP地址");
+        m_labPort->setText("2.本地端口");
+        m_widgetClients->setVisible(false);
+        m_widgetUdpDest->setVisible(true);
+        m_btnOpen->setText("打开");
+        break;
+    default:
+        break;
+    }
+}
+
+void NetworkToolWidget::SltBtnOpenClicked()
+{
+    m_cbxNetType->setEnabled(true);
+    switch (m_cbxNetType->currentIndex()) {
+    case TcpServerMode:
+        StartTcpServer();
+        break;
+    case TcpClientMode:
+        StartTcpClient();
+        break;
+    case UdpMode:
+        StartUdpSocket();
+        break;
+    default:
+        break;
+    }
+}
+
+void NetworkToolWidget::StartTcpServer()
+{
+    const quint16 port = NetworkMessageFormat::portFromText(m_edtPort->text());
+    if (m_tcpServer->isListening()) {
+        m_tcpServer->CloseListen();
+        m_statusLabel->setStatus(false);
+        m_sendBox->setDeviceStatus(false);
+        m_btnOpen->setText("启动监听");
+        emit signalNotify(QString("TCP服务监听[端口:%1]已关闭!!").arg(port), 0);
+        return;
+    }
+    if (m_tcpServer->listen(QHostAddress::Any, port)) {
+        m_statusLabel->setStatus(true);
+        m_cbxNetType->setEnabled(false);
+        m_sendBox->setDeviceStatus(true);
+        m_btnOpen->setText("停止监听");
+        emit signalNotify(QString("TCP服务监听[端口:%1]已启动!!").arg(port), 0);
+    } else {
+        emit signalNotify(QString("TCP服务监听[端口:%1]失败，请确认该端口是否可用!!").arg(port), 255);
+    }
+}
+
+void NetworkToolWidget::StartTcpClient()
+{
+    // A refused attempt leaves the socket open though unconnected; the next press
+    // then means "try again", not "disconnect" (nothing was ever connected).
+    if (m_tcpSocket->isOpen() && m_tcpSocket->state() == QAbstractSocket::UnconnectedState)
+        m_tcpSocket->close();
+    if (m_tcpSocket->isOpen()) {
+        m_tcpSocket->close();
+        m_statusLabel->setStatus(false);
+        m_sendBox->setDeviceStatus(false);
+        m_btnOpen->setText("建立连接");
+        emit signalNotify("[ TCP Client ] 已断开连接！", 0);
+        return;
+    }
+    const quint16 port = NetworkMessageFormat::portFromText(m_edtPort->text());
+    emit signalNotify("正在与服务器建立连接....", 0);
+    m_tcpSocket->connectToHost(m_cbxAddress->currentText(), port, QIODevice::ReadWrite,
+                               QAbstractSocket::AnyIPProtocol);
+}
+
+void NetworkToolWidget::SltConnectedToHost()
+{
+    m_statusLabel->setStatus(true);
+    m_sendBox->setDeviceStatus(true);
+    m_btnOpen->setText("断开连接");
+    emit signalNotify("[TCP Client]与服务器连接成功！！！", 0);
+}
+
+void NetworkToolWidget::SltDisConnectedToHost()
+{
+    if (m_tcpSocket->isOpen())
+        m_tcpSocket->close();
+    m_statusLabel->setStatus(false);
+    m_sendBox->setDeviceStatus(false);
+    m_btnOpen->setText("建立连接");
+    emit signalNotify("[TCP Client]与服务器已断开连接~~~", 0);
+}
+
+void NetworkToolWidget::StartUdpSocket()
+{
+    if (m_udpSocket->state() == QAbstractSocket::BoundState) {
+        m_udpSocket->abort();
+        m_statusLabel->setStatus(false);
+        m_sendBox->setDeviceStatus(false);
+        m_btnOpen->setText("打开");
+        return;
+    }
+    const quint16 port = NetworkMessageFormat::portFromText(m_edtPort->text());
+    if (m_udpSocket->bind(QHostAddress::Any, port)) {
+        m_statusLabel->setStatus(true);
+        m_cbxNetType->setEnabled(false);
+        m_sendBox->setDeviceStatus(true);
+        m_btnOpen->setText("关闭");
+        emit signalNotify(QString("UDP服务监听[端口:%1]已启动!!").arg(port), 0);
+    } else {
+        emit signalNotify(QString("UDP服务监听[端口:%1]失败，请确认该端口是否可用!!").arg(port), 255);
+    }
+}
+
+void NetworkToolWidget::SltNewClientConnected(QString name)
+{
+    if (m_cbxClients->findText(name, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0)
+        m_cbxClients->addItem(name);
+}
+
+void NetworkToolWidget::SltClientDisconnected(QString name)
+{
+    const int index = m_cbxClients->findText(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    // item 0 is "All Clients", never a client's name
+    if (index > 0)
+        m_cbxClients->removeItem(index);
+}
+
+void NetworkToolWidget::SltDisconnectClient()
+{
+    if (m_cbxClients->count() < 2)
+        return;
+    if (m_cbxClients->currentIndex() == 0) {
+        if (QtMessageBox::question("是否确认断开所有连接?", "询问") == 1)
+            m_tcpServer->disconnectClient(QString());
+    } else {
+        // the name is taken before asking: the client may leave while the box is up
+        const QString name = m_cbxClients->currentText();
+        if (QtMessageBox::question("是否确认断开当前客户端?", "询问") == 1)
+            m_tcpServer->disconnectClient(name);
+    }
+}
+
+void NetworkToolWidget::SltSendData(QByteArray byData)
+{
+    // counted before any test, also when a tip stops a UDP send below
+    m_sendCount += quint64(byData.size());
+    emit signalRefresCounts(PageIndex);
+
+    switch (m_cbxNetType->currentIndex()) {
+    case TcpServerMode:
+        if (m_cbxClients->currentIndex() == 0)
+            m_tcpServer->SltSendMsgToAllClient(byData);
+        else
+            m_tcpServer->SltSendMsgToClient(m_cbxClients->currentText(), byData);
+        break;
+    case TcpClientMode:
+        if (m_tcpSocket->isOpen())
+            m_tcpSocket->write(byData);
+        break;
+    case UdpMode: {
+        if (m_edtDestAddress->text().isEmpty()) {
+            QtMessageTip::Instance()->ShowMessage("UDP目的地址配置错误！", m_edtDestAddress->mapToGlobal(QPoint(0, 0)));
+            return;
+        }
+        const quint16 port = NetworkMessageFormat::portFromText(m_edtDestPort->text());
+        if (port == 0) {
+            QtMessageTip::Instance()->ShowMessage("UDP目的端口配置错误！", m_edtDestPort->mapToGlobal(QPoint(0, 0)));
+            return;
+        }
+        m_udpSocket->writeDatagram(byData, QHostAddress(m_edtDestAddress->text()), port);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void NetworkToolWidget::SltRecvSocketMessage(QString name, QByteArray byData)
+{
+    m_recvCount += quint64(byData.size());
+    emit signalRefresCounts(PageIndex);
+
+    // stopped data is counted but not kept
+    if (m_chkStopShow->isChecked())
+        return;
+
+    if (m_rbtnRecvHex->isChecked())
+        appendRecvView(NetworkMessageFormat::hexText(byData), false);
+    else
+        appendRecvView(NetworkMessageFormat::asciiLine(name, byData), true);
+}
+
+void NetworkToolWidget::SltReadyFromHost()
+{
+    const QByteArray bytes = m_tcpSocket->readAll();
+    SltRecvSocketMessage(NetworkMessageFormat::serverSenderName(), bytes);
+}
+
+void NetworkToolWidget::SltReadyFromUdp()
+{
+    while (m_udpSocket->hasPendingDatagrams()) {
+        const QNetworkDatagram datagram = m_udpSocket->receiveDatagram();
+        const QString name = NetworkMessageFormat::udpSenderName(datagram.senderAddress(),
+                                                                 quint16(datagram.senderPort()));
+        SltRecvSocketMessage(name, datagram.data());
+    }
+}
+
+void NetworkToolWidget::appendRecvView(const QString &text, bool newParagraph)
+{
+    // an appended line starts a paragraph of its own unless nothing has been shown
+    // yet, as QTextEdit::append does; hex text runs on where the last text ended
+    QString piece;
+    if (newParagraph && !m_strRecvLog.isEmpty())
+        piece.append(QChar('\n'));
+    piece.append(text);
+    if (piece.isEmpty())
+        return;
+    m_strRecvLog.append(NetworkMessageFormat::viewPlainText(piece));
+    m_strPendingView.append(piece);
+    if (!m_viewTimer->isActive())
+        m_viewTimer->start();
+}
+
+void NetworkToolWidget::SltFlushRecvView()
+{
+    m_viewTimer->stop();
+    if (m_strPendingView.isEmpty())
+        return;
+    QElapsedTimer cost;
+    cost.start();
+
+    QString text;
+    text.swap(m_strPendingView);
+    if (text.size() >= RecvViewMaxChars) {
+        // all that stands in the view would be pushed out at once
+        text.remove(0, NetworkMessageFormat::tailStart(text, RecvViewMaxChars));
+        m_textRecv->clear();
+    }
+    // inserted as plain text: a board's "<b>" is shown as sent, not as markup
+    m_textRecv->moveCursor(QTextCursor::End);
+    m_textRecv->insertPlainText(text);
+    trimRecvView(RecvViewMaxChars);
+    m_textRecv->moveCursor(QTextCursor::End);
+
+    // the next drawing waits at least twice as long as this one took
+    m_viewTimer->setInterval(qBound(RecvViewDelayMs, int(cost.elapsed()) * 2, 1000));
+}
+
+void NetworkToolWidget::trimRecvView(int maxChars)
+{
+    QTextDocument *doc = m_textRecv->document();
+    const int total = doc->characterCount() - 1;
+    if (total <= maxChars)
+        return;
+    const int excess = total - maxChars;
+    const QTextBlock block = doc->findBlock(excess);
+    int cut = excess;
+    const int blockEnd = block.position() + block.length();
+    if (block.next().isValid() && blockEnd - excess <= maxChars / 4) {
+        // whole lines go
+        cut = blockEnd;
+    } else {
+        // inside a long paragraph, as hex runs on: cut after a blank
+        const int inBlock = excess - block.position();
+        const int blank = block.text().indexOf(QChar(' '), qMax(0, inBlock - 1));
+        if (blank >= 0 && blank - inBlock < 16)
+            cut = block.position() + blank + 1;
+    }
+    QTextCursor cursor(doc);
+    cursor.setPosition(0);
+    cursor.setPosition(cut, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+}
+
+QString NetworkToolWidget::recvText()
+{
+    return m_strRecvLog;
+}
+
+void NetworkToolWidget::clearRecv()
+{
+    m_viewTimer->stop();
+    m_strPendingView.clear();
+    m_strRecvLog.clear();
+    m_textRecv->clear();
+}
+
+void NetworkToolWidget::SltChangeSendPage(int index)
+{
+    m_sendBox->setCurrentPage(1 << index);
+}
+
+void NetworkToolWidget::SltBtnFoldClicked()
+{
+    m_widgetConfig->setVisible(!m_widgetConfig->isVisible());
+    if (m_widgetConfig->isVisible()) {
+        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
+        m_btnFold->setToolTip("隐藏配置界面");
+    } else {
+        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6AF), 8);
+        m_btnFold->setToolTip("显示配置界面");
+    }
+}
+
+void NetworkToolWidget::SltChangeAutoInterval()
+{
+    m_sendBox->setAutoInterval(m_edtAutoInterval->text().toInt());
+}
+
+void NetworkToolWidget::SltSaveDataToFile()
+{
+    if (recvText().isEmpty())
+        return;
+    QtFileDialog dialog(this);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter("*.txt;;*.bin");
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString fileName = dialog.exitfile();
+    if (fileName.isEmpty())
+        return;
+    saveDataToFile(fileName);
+}
+
+void NetworkToolWidget::saveDataToFile(const QString &fileName)
+{
+    const QString text = recvText();
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
+        emit signalNotify("文件保存失败!", 255);
+        return;
+    }
+    file.write(NetworkMessageFormat::saveBytes(fileName, text));
+    file.close();
+    emit signalNotify("文件保存完成!", 0);
+}

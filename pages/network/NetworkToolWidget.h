@@ -1,0 +1,141 @@
+#ifndef NETWORKTOOLWIDGET_H
+#define NETWORKTOOLWIDGET_H
+
+#include "QtWidgetBase.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QTcpSocket;
+class QTextBrowser;
+class QTimer;
+class QToolButton;
+class QUdpSocket;
+class QtSendBoxWidget;
+class StatusLabel;
+class TcpServer;
+
+// The network assistant page (page index 2): a TCP server, a TCP client or a UDP
+// endpoint, with a view of what arrives and a send box for what goes out. All three
+// transports are made once and live as long as the page; the mode combo box picks
+// which one the open button and the send path use.
+class NetworkToolWidget : public QtWidgetBase
+{
+    Q_OBJECT
+public:
+    enum NetType { TcpServerMode = 0, TcpClientMode = 1, UdpMode = 2 };
+    static const int PageIndex = 2;
+    static const int RecvViewMaxChars = 1 << 18;
+
+    explicit NetworkToolWidget(QWidget *parent = nullptr);
+    ~NetworkToolWidget() override;
+
+    QStringList getCounts() override;
+    void clearCounts() override;
+
+    // what follows the save dialog: writes the receive view to fileName, as text in
+    // the text codec for "...txt", else as the bytes its hex text stands for
+    void saveDataToFile(const QString &fileName);
+    // all text received for display since the last clear, as the view's plain text
+    // (the view shows the last RecvViewMaxChars characters of it)
+    QString recvText();
+    QTextBrowser *recvView() const { return m_textRecv; }
+
+    quint64 sendCount() const { return m_sendCount; }
+    quint64 recvCount() const { return m_recvCount; }
+    TcpServer *tcpServer() const { return m_tcpServer; }
+    QTcpSocket *tcpSocket() const { return m_tcpSocket; }
+    QUdpSocket *udpSocket() const { return m_udpSocket; }
+    QtSendBoxWidget *sendBox() const { return m_sendBox; }
+
+public slots:
+    void clearRecv();
+    void SltChangeNetType(int index);
+    void SltBtnOpenClicked();
+    void SltChangeSendPage(int index);
+    void SltBtnFoldClicked();
+    void SltChangeAutoInterval();
+    void SltSaveDataToFile();
+    void SltNewClientConnected(QString name);
+    void SltClientDisconnected(QString name);
+    void SltSendData(QByteArray byData);
+    void SltRecvSocketMessage(QString name, QByteArray byData);
+    void SltDisconnectClient();
+    void SltConnectedToHost();
+    void SltDisConnectedToHost();
+    void SltReadyFromHost();
+    void SltReadyFromUdp();
+
+private slots:
+    void SltFlushRecvView();
+
+private:
+    void InitWidget();
+    void InitNetwork();
+    QWidget *InitConfigWidget();
+    void StartTcpServer();
+    void StartTcpClient();
+    void StartUdpSocket();
+    void appendRecvView(const QString &text, bool newParagraph);
+    void trimRecvView(int maxChars);
+
+    QWidget *m_widgetConfig;
+    QToolButton *m_btnFold;
+
+    QComboBox *m_cbxNetType;
+    QComboBox *m_cbxAddress;
+    QLineEdit *m_edtPort;
+    QLabel *m_labAddress;
+    QLabel *m_labPort;
+    StatusLabel *m_statusLabel;
+    QPushButton *m_btnOpen;
+
+    QWidget *m_widgetClients;
+    QPushButton *m_btnDisconnect;
+    QComboBox *m_cbxClients;
+
+    QWidget *m_widgetUdpDest;
+    QLineEdit *m_edtDestAddress;
+    QLineEdit *m_edtDestPort;
+
+    QRadioButton *m_rbtnRecvAscii;
+    QRadioButton *m_rbtnRecvHex;
+    QCheckBox *m_chkStopShow;
+    QCheckBox *m_chkLogMode;
+
+    QComboBox *m_cbxSendPage;
+    QLineEdit *m_edtAutoInterval;
+    QRadioButton *m_rbtnSendAscii;
+    QRadioButton *m_rbtnSendHex;
+    QCheckBox *m_chkSendNewLine;
+    QCheckBox *m_chkAutoSend;
+
+    QTextBrowser *m_textRecv;
+    QtSendBoxWidget *m_sendBox;
+
+    TcpServer *m_tcpServer;
+    quint64 m_sendCount;
+    quint64 m_recvCount;
+    QTcpSocket *m_tcpSocket;
+    QUdpSocket *m_udpSocket;
+
+    // Everything shown since the last clear, as the view's plain text; saves write
+    // this. The view itself holds only the last RecvViewMaxChars characters: a text
+    // view lays out every character it holds, and a flood of hex (one endless
+    // paragraph) would otherwise cost more with every byte until the page froze.
+    QString m_strRecvLog;
+    // Received text waits here and is drawn in one insertion per turn of the timer;
+    // the timer's pause grows with the cost of the last drawing, so that a flood
+    // never takes the event loop for itself.
+    QString m_strPendingView;
+    QTimer *m_viewTimer;
+};
+
+#endif // NETWORKTOOLWIDGET_H

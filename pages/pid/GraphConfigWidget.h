@@ -1,0 +1,49 @@
+#ifndef GRAPHCONFIGWIDGET_H
+#define GRAPHCONFIGWIDGET_H
+
+#include <QMap>
+#include <QWidget>
+
+class GraphItem;
+
+// Legend and switch of the PID plot: two rows (targets, actual values) of five
+// channels. Each entry is keyed (row << 8) + channel, row 1 or 2 and channel 1..5;
+// graph g of the plot is entry ((g / 5 + 1) << 8) + g % 5 + 1.
+// Entry rectangles are laid out in resizeEvent and only drawn by paintEvent, so the
+// hit test of a click uses exactly what is on screen.
+class GraphConfigWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit GraphConfigWidget(QWidget *parent = nullptr);
+    ~GraphConfigWidget() override;
+
+    static int keyFromGraphIndex(int index) { return ((index / 5 + 1) << 8) + index % 5 + 1; }
+    static int graphIndexFromKey(int key) { return ((key >> 8) & 255) * 5 - 6 + (key & 255); }
+
+    QColor getGraphColor(int index) const;
+    // the entry's check state; hides QWidget::isVisible on purpose, callers ask
+    // about curves here
+    bool isVisible(int index);
+    bool hasVisibleGraph();
+
+    // the entry of a graph, or null; for tests and the page's read-outs
+    const GraphItem *item(int index) const { return m_items.value(keyFromGraphIndex(index)); }
+
+    QSize sizeHint() const override;
+
+signals:
+    void signalGraphClicked(int index, bool checked);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void layoutItems(int height);
+
+    QMap<int, GraphItem *> m_items;
+};
+
+#endif // GRAPHCONFIGWIDGET_H

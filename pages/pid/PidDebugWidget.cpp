@@ -1,0 +1,607 @@
+#include "PidDebugWidget.h"
+
+#include "GraphConfigWidget.h"
+#include "NumberTool.h"
+#include "QtMessageBox.h"
+#include "QtSerialPort.h"
+#include "StatusLabel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTime>
+#include <QDebug>
+#include <QFile>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRegExpValidator>
+#include <QTextCodec>
+#include <QTextStream>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+#include <qcustomplot.h>
+
+#include <cstring>
+
+PidDebugWidget::PidDebugWidget(QWidget *parent)
+    : QtWidgetBase(parent)
+    , m_startTime(-1)
+    , m_serialPort(nullptr)
+{
+    m_frameHeader.append(char(76));
+    m_frameHeader.append(char(65));
+    m_frameHeader.append(char(82));
+    m_frameHeader.append(char(75));
+    std::memset(m_channels, 0, sizeof m_channels);
+
+    InitWidget();
+    InitPlot();
+    InitSerialPortConfig();
+}
+
+PidDebugWidget::~PidDebugWidget()
+{
+    // no SendStop here: the board keeps running when the program goes
+    if (m_serialPort && m_serialPort->isOpen())
+        m_serialPort->close();
+    delete m_serialPort;
+    m_serialPort = nullptr;
+}
+
+QStringList PidDebugWidget::getCounts()
+{
+    return QStringList();
+}
+
+void PidDebugWidget::InitWidget()
+{
+    auto *mainLayout = new QHBoxLayout(this);
+    mainLayout->setContentsMargins(5, 5, 5, 5);
+    mainLayout->setSpacing(5);
+
+    // left column: port group, PID group, run buttons
+    auto *leftLayout = new QVBoxLayout;
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->setSpacing(5);
+
+    auto *groupPort = new QGroupBox("串口配置", this);
+    groupPort->setAlignment(Qt::AlignVCenter);
+    auto *portLayout = new QGridLayout(groupPort);
+    portLayout->setContentsMargins(10, 10, 10, 10);
+    portLayout->setHorizontalSpacing(2);
+    portLayout->setVerticalSpacing(10);
+    m_cbxPortName = new QComboBox(groupPort);
+    m_cbxBaudrate = new QComboBox(groupPort);
+    m_cbxBaudrate->setEditable(true);
+    m_cbxParity = new QComboBox(groupPort);
+    m_cbxDataBits = new QComboBox(groupPort);
+    m_cbxStopBits = new QComboBox(groupPort);
+    portLayout->addWidget(new QLabel("端口", groupPort), 0, 0);
+    portLayout->addWidget(m_cbxPortName, 0, 1);
+    portLayout->addWidget(new QLabel("波特率", groupPort), 1, 0);
+    portLayout->addWidget(m_cbxBaudrate, 1, 1);
+    portLayout->addWidget(new QLabel("校验位", groupPort), 2, 0);
+    portLayout->addWidget(m_cbxParity, 2, 1);
+    portLayout->addWidget(new QLabel("数据位", groupPort), 3, 0);
+    portLayout->addWidget(m_cbxDataBits, 3, 1);
+    portLayout->addWidget(new QLabel("停止位", groupPort), 4, 0);
+    portLayout->addWidget(m_cbxStopBits, 4, 1);
+    m_btnOpen = new QPushButton("打开串口", groupPort);
+    m_statusLabel = new StatusLabel(groupPort);
+    m_statusLabel->setText("操作");
+    portLayout->addWidget(m_statusLabel, 5, 0);
+    portLayout->addWidget(m_btnOpen, 5, 1);
+    connect(m_btnOpen, SIGNAL(clicked(bool)), this, SLOT(SltOpenSerialport()));
+
+    auto *groupPid = new QGroupBox("PID值配置", this);
+    auto *pidLayout = new QGridLayout(groupPid);
+    pidLayout->setContentsMargins(10, 10, 10, 10);
+    pidLayout->setHorizontalSpacing(5);
+    pidLayout->setVerticalSpacing(10);
+
+    m_edtP = new QLineEdit("0.567", groupPid);
+    m_edtI = new QLineEdit("0.567", groupPid);
+    m_edtD = new QLineEdit("0.567", groupPid);
+    m_edtTarget = new QLineEdit("0.567", groupPid);
+    m_edtPeriod = new QLineEdit("0.567", groupPid);
+    for (QLineEdit *edit : {m_edtP, m_edtI, m_edtD, m_edtTarget, m_edtPeriod}) {
+        edit->setFixedWidth(100);
+        edit->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    }
+    SetLineEditInputFloat(m_edtP);
+    SetLineEditInputFloat(m_edtI);
+    SetLineEditInputFloat(m_edtD);
+    SetLineEditInputInt(m_edtTarget);
+    SetLineEditInputInt(m_edtPeriod);
+    // shown defaults only: m_channels stays zero until something is sent or received
+    m_edtTarget->setText("200");
+    m_edtPeriod->setText("200");
+
+    m_cbxChannel = new QComboBox(groupPid);
+    m_cbxChannel->addItems({"CH1", "CH2", "CH3", "CH4", "CH5"});
+    connect(m_cbxChannel, SIGNAL(currentIndexChanged(int)), this, SLOT(SltComboPidChanged(int)));
+
+    auto rightLabel = [groupPid](const QString &text) {
+        auto *label = new QLabel(text, groupPid);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        return label;
+    };
+    pidLayout->addWidget(new QLabel("选择通道", groupPid), 0, 0);
+    pidLayout->addWidget(m_cbxChannel, 0, 1);
+    pidLayout->addWidget(rightLabel("P"), 1, 0);
+    pidLayout->addWidget(m_edtP, 1, 1);
+    pidLayout->addWidget(rightLabel("I"), 2, 0);
+    pidLayout->addWidget(m_edtI, 2, 1);
+    pidLayout->addWidget(rightLabel("D"), 3, 0);
+    pidLayout->addWidget(m_edtD, 3, 1);
+    m_btnSendPid = new QPushButton("发送PID", groupPid);
+    pidLayout->addWidget(m_btnSendPid, 4, 1);
+    pidLayout->addWidget(new QLabel("    目标值", groupPid), 5, 0);
+    pidLayout->addWidget(m_edtTarget, 5, 1);
+    pidLayout->addWidget(new QLabel("    周期", groupPid), 6, 0);
+    pidLayout->addWidget(m_edtPeriod, 6, 1);
+    m_btnSendValue = new QPushButton("发送目标值", groupPid);
+    m_btnSendInterval = new QPushButton("发送周期", groupPid);
+    pidLayout->addWidget(m_btnSendValue, 7, 0);
+    pidLayout->addWidget(m_btnSendInterval, 7, 1);
+    m_cbxScale = new QComboBox(groupPid);
+    m_cbxScale->addItems({"X轴缩放", "Y轴缩放"});
+    pidLayout->addWidget(new QLabel("曲线缩放", groupPid), 8, 0);
+    pidLayout->addWidget(m_cbxScale, 8, 1);
+    pidLayout->setRowStretch(9, 1);
+    connect(m_btnSendPid, SIGNAL(clicked(bool)), this, SLOT(SltBtnSendPidClicked()));
+    connect(m_btnSendValue, SIGNAL(clicked(bool)), this, SLOT(SltBtnSendValueClicked()));
+    connect(m_btnSendInterval, SIGNAL(clicked(bool)), this, SLOT(SltBtnSendIntervalClicked()));
+
+    auto *runLayout = new QHBoxLayout;
+    runLayout->setContentsMargins(0, 0, 0, 15);
+    runLayout->setSpacing(10);
+    m_btnStart = new QPushButton("启动", this);
+    m_btnReset = new QPushButton("复位", this);
+    runLayout->addWidget(m_btnStart);
+    runLayout->addWidget(m_btnReset);
+    connect(m_btnStart, SIGNAL(clicked(bool)), this, SLOT(SltBtnStartClicked()));
+    connect(m_btnReset, SIGNAL(clicked(bool)), this, SLOT(SltBtnResetClicked()));
+
+    leftLayout->addWidget(groupPort);
+    leftLayout->addWidget(groupPid);
+    leftLayout->addStretch();
+    leftLayout->addLayout(runLayout);
+
+    // right column: plot, then display controls and the legend
+    auto *rightLayout = new QVBoxLayout;
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->setSpacing(5);
+    m_customPlot = new QCustomPlot(this);
+    m_graphConfig = new GraphConfigWidget(this);
+    m_chkStopShow = new QCheckBox("停止显示", this);
+    m_btnClear = new QPushButton("清空显示", this);
+    m_btnExport = new QPushButton("导出数据", this);
+    auto *plotBar = new QHBoxLayout;
+    plotBar->setContentsMargins(0, 0, 0, 0);
+    plotBar->setSpacing(10);
+    plotBar->addWidget(m_chkStopShow);
+    plotBar->addWidget(m_btnClear);
+    plotBar->addWidget(m_btnExport);
+    plotBar->addWidget(m_graphConfig, 1);
+    rightLayout->addWidget(m_customPlot, 1);
+    rightLayout->addLayout(plotBar);
+    connect(m_btnClear, SIGNAL(clicked(bool)), this, SLOT(SltBtnClearClicked()));
+    connect(m_btnExport, SIGNAL(clicked(bool)), this, SLOT(SltBtnExportClicked()));
+    connect(m_graphConfig, SIGNAL(signalGraphClicked(int,bool)), this, SLOT(SltGraphClicked(int,bool)));
+    connect(m_cbxScale, SIGNAL(currentIndexChanged(int)), this, SLOT(SltPoltScale(int)));
+
+    mainLayout->addLayout(leftLayout, 0);
+    mainLayout->addLayout(rightLayout, 1);
+}
+
+void PidDebugWidget::InitPlot()
+{
+    m_customPlot->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+    m_customPlot->axisRect()->setRangeZoom(Qt::Horizontal);
+    m_customPlot->xAxis->grid()->setSubGridVisible(true);
+    m_customPlot->yAxis->grid()->setSubGridVisible(true);
+
+    // keys are seconds; shown as minutes, seconds and milliseconds
+    QSharedPointer<QCPAxisTickerDateTime> timeTicker(new QCPAxisTickerDateTime);
+    timeTicker->setDateTimeFormat("mm:ss:zzz");
+    m_customPlot->xAxis->setSubTicks(false);
+    m_customPlot->xAxis->setTicker(timeTicker);
+    m_customPlot->xAxis->setLabel("时间");
+    m_customPlot->yAxis->setLabel("幅度值");
+
+    m_customPlot->setBackground(QBrush(QColor("#1e1e1e")));
+    m_customPlot->axisRect()->setBackground(QBrush(QColor("#302f2f")));
+    const QPen gridPen(QBrush(QColor("#454443")), 1, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+    const QColor lineColor("#454443");
+    const QColor textColor("#AEBFC5");
+    for (QCPAxis *axis : {m_customPlot->xAxis, m_customPlot->yAxis}) {
+        axis->grid()->setPen(gridPen);
+        axis->grid()->setSubGridPen(gridPen);
+        axis->setTickLabelColor(textColor);
+        axis->setLabelColor(textColor);
+        axis->setTickPen(QPen(lineColor));
+        axis->setSubTickPen(QPen(lineColor));
+        axis->setBasePen(QPen(lineColor));
+    }
+    m_customPlot->xAxis->grid()->setZeroLinePen(QPen(lineColor));
+
+    m_customPlot->yAxis->setRange(-700.0, 700.0);
+    m_customPlot->yAxis->ticker()->setTickCount(15);
+    m_customPlot->xAxis->ticker()->setTickCount(5);
+    m_customPlot->yAxis->ticker()->setTickStepStrategy(QCPAxisTicker::tssReadability);
+    m_customPlot->xAxis->ticker()->setTickStepStrategy(QCPAxisTicker::tssReadability);
+
+    m_customPlot->setSelectionRectMode(QCP::srmNone);
+    connect(m_customPlot->yAxis, SIGNAL(rangeChanged(QCPRange)), m_customPlot->yAxis2, SLOT(setRange(QCPRange)));
+
+    for (int i = 0; i < 10; ++i) {
+        m_customPlot->addGraph();
+        m_customPlot->graph(i)->setPen(QPen(m_graphConfig->getGraphColor(i)));
+        m_customPlot->graph(i)->setVisible(m_graphConfig->isVisible(i));
+    }
+}
+
+void PidDebugWidget::InitSerialPortConfig()
+{
+    m_cbxBaudrate->addItems({"2400", "4800", "9600", "19200", "38400", "57600", "115200",
+                             "128000", "230400", "256000", "460800"});
+    m_cbxBaudrate->setCurrentIndex(6);
+    m_cbxDataBits->addItems({"5", "6", "7", "8"});
+    m_cbxDataBits->setCurrentIndex(3);
+    m_cbxStopBits->addItems({"1", "2"});
+    m_cbxStopBits->setCurrentIndex(0);
+    m_cbxParity->addItems({"无", "奇", "偶"});
+    m_cbxParity->setCurrentIndex(0);
+
+    m_serialPort = new QtSerialPort;
+    connect(m_serialPort, SIGNAL(bytesRead(QByteArray)), this, SLOT(SltRecvFromSerialport(QByteArray)));
+}
+
+void PidDebugWidget::SetLineEditInputFloat(QLineEdit *edit)
+{
+    edit->setValidator(new QRegExpValidator(QRegExp("\\d+\\.\\d+", Qt::CaseSensitive), edit));
+}
+
+void PidDebugWidget::SetLineEditInputInt(QLineEdit *edit)
+{
+    edit->setValidator(new QRegExpValidator(QRegExp("-?\\d+", Qt::CaseSensitive), edit));
+}
+
+int PidDebugWidget::getCheckSum(QByteArray frame)
+{
+    return PidFrame::getCheckSum(frame);
+}
+
+void PidDebugWidget::SendCmdToSeriaport(unsigned char cmd, unsigned char channel, const QByteArray &payload)
+{
+    if (!m_serialPort->isOpen())
+        return;
+    const QByteArray frame = PidFrame::build(cmd, channel, payload);
+    qDebug() << "PID send cmd" << cmd << "channel" << channel << "size" << frame.size()
+             << frame.toHex(' ') << "payload" << payload.size();
+    m_serialPort->writeBytes(frame);
+}
+
+void PidDebugWidget::SltRecvFromSerialport(const QByteArray &data)
+{
+    m_recvBuffer.append(data);
+    ParseDataFromBuff();
+}
+
+void PidDebugWidget::ParseDataFromBuff()
+{
+    // Frames are taken one after the other until the buffer runs dry or a frame says
+    // to wait for the next reception (a gate, or a sample while display is stopped);
+    // consumed bytes are dropped once at the end, so a long reception costs one pass.
+    PidFrameReader reader(m_recvBuffer, m_frameHeader);
+    QByteArray frame;
+    while (reader.next(frame)) {
+        const unsigned char cmd = frame.size() > 9 ? static_cast<unsigned char>(frame.at(9)) : 0;
+        if (frame.size() <= 4)
+            break;
+        const unsigned char c = static_cast<unsigned char>(static_cast<unsigned char>(frame.at(4)) - 1);
+        if (c > 4)
+            break;
+        if (cmd > 6)
+            break;
+        if (!DispatchFrame(cmd, c, frame))
+            break;
+        if (reader.atEnd())
+            break;
+    }
+    m_recvBuffer.remove(0, reader.consumed());
+}
+
+bool PidDebugWidget::DispatchFrame(unsigned char cmd, int c, const QByteArray &frame)
+{
+    const bool selected = c == m_cbxChannel->currentIndex();
+    switch (cmd) {
+    case PidFrame::RecvTargetValue: {
+        const int value = NumberTool::int32FromByteArray(frame.mid(10, 4));
+        m_channels[c].target = value;
+        if (selected)
+            m_edtTarget->setText(QString::number(value));
+        break;
+    }
+    case PidFrame::RecvActualValue:
+        // with display stopped one sample is dropped per reception and the rest
+        // waits, so the plot stands still while the user inspects it
+        if (m_chkStopShow->isChecked())
+            return false;
+        AddActualSample(c, NumberTool::int32FromByteArray(frame.mid(10, 4)));
+        break;
+    case PidFrame::RecvPidValues: {
+        const float p = NumberTool::floatFromSmallEndian(frame.mid(10, 4));
+        const float i = NumberTool::floatFromSmallEndian(frame.mid(14, 4));
+        const float d = NumberTool::floatFromSmallEndian(frame.mid(18, 4));
+        m_channels[c].p = p;
+        m_channels[c].i = i;
+        m_channels[c].d = d;
+        if (selected) {
+            m_edtP->setText(QString::number(double(p), 'g', 6));
+            m_edtI->setText(QString::number(double(i), 'g', 6));
+            m_edtD->setText(QString::number(double(d), 'g', 6));
+        }
+        break;
+    }
+    case PidFrame::RecvStarted:
+        if (m_btnStart->text() == "启动") {
+            m_btnStart->setText("停止");
+            if (m_startTime == -1)
+                m_startTime = QDateTime::currentMSecsSinceEpoch();
+        }
+        break;
+    case PidFrame::RecvStopped:
+        m_btnStart->setText("启动");
+        break;
+    case PidFrame::RecvPeriod: {
+        const int value = NumberTool::int32FromByteArray(frame.mid(10, 4));
+        m_channels[c].period = value;
+        if (selected)
+            m_edtPeriod->setText(QString::number(value));
+        break;
+    }
+    default:
+        break;
+    }
+    return true;
+}
+
+void PidDebugWidget::AddActualSample(int c, int actual)
+{
+    const double t = (QDateTime::currentMSecsSinceEpoch() - m_startTime) / 1000.0;
+    QCPGraph *target = m_customPlot->graph(c);
+    QCPGraph *value = m_customPlot->graph(c + 5);
+    target->data()->removeBefore(t - 10.0);
+    target->addData(t, double(m_channels[c].target));
+    value->data()->removeBefore(t - 10.0);
+    value->addData(t, double(actual));
+    // the same axis range as value->rescaleValueAxis(false, false), without walking
+    // the whole window for every sample
+    m_rangeTrackers[c].follow(value, t - 10.0, t, double(actual));
+    if (!m_rangeTrackers[c].rescaleValueAxis(value->valueAxis()))
+        value->rescaleValueAxis(false, false);
+    m_customPlot->xAxis->setRange(t + 0.25, 10.0, Qt::AlignRight);
+    m_customPlot->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void PidDebugWidget::SltOpenSerialport()
+{
+    if (m_serialPort->isOpen()) {
+        CloseSerialport();
+        emit signalNotify(QString("串口[%1]已关闭!!").arg(m_serialPort->portName()), 0);
+        return;
+    }
+
+    const QString name = "/dev/" + m_cbxPortName->currentText();
+    const int baud = m_cbxBaudrate->currentText().toInt();
+    const int dataBits = m_cbxDataBits->currentText().toInt();
+    const int stopIndex = m_cbxStopBits->currentIndex();
+    // the parity texts are not numbers: the port always opens without parity
+    const int parity = m_cbxParity->currentText().toInt();
+    m_serialPort->open(name, baud, dataBits, stopIndex, parity);
+
+    if (m_serialPort->isOpen()) {
+        m_btnOpen->setText("关闭串口");
+        m_statusLabel->setStatus(true);
+        m_startTime = -1;
+        emit signalNotify(QString("串口[%1]打开成功!").arg(name), 0);
+    } else {
+        emit signalNotify(QString("串口[%1]打开失败!!!").arg(name), 255);
+    }
+}
+
+void PidDebugWidget::CloseSerialport()
+{
+    if (m_btnStart->text() == "停止") {
+        m_btnStart->setText("启动");
+        SendCmdToSeriaport(PidFrame::SendStop, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+    }
+    m_serialPort->close();
+    m_statusLabel->setStatus(false);
+    m_btnOpen->setText("打开串口");
+}
+
+void PidDebugWidget::SltSerialportChanged(const QStringList &ports)
+{
+    m_cbxPortName->clear();
+    m_cbxPortName->addItems(ports);
+    if (!m_serialPort || !m_serialPort->isOpen())
+        return;
+    if (ports.contains(m_serialPort->portName(), Qt::CaseSensitive)) {
+        m_cbxPortName->setCurrentText(m_serialPort->portName());
+        return;
+    }
+    CloseSerialport();
+    emit signalNotify("当前串口已拔出，请重新打开!", 255);
+}
+
+void PidDebugWidget::SltComboPidChanged(int index)
+{
+    if (index < 0 || index >= 5)
+        return;
+    const PidChannelState &ch = m_channels[index];
+    m_edtP->setText(QString("%1").arg(double(ch.p), 0, 'f', 3, ' '));
+    m_edtI->setText(QString("%1").arg(double(ch.i), 0, 'f', 3, ' '));
+    m_edtD->setText(QString("%1").arg(double(ch.d), 0, 'f', 3, ' '));
+    m_edtTarget->setText(QString::number(ch.target));
+}
+
+void PidDebugWidget::SltGraphClicked(int index, bool checked)
+{
+    QCPGraph *graph = m_customPlot->graph(index);
+    if (!graph)
+        return;
+    graph->setVisible(checked);
+    m_customPlot->replot(QCustomPlot::rpRefreshHint);
+}
+
+void PidDebugWidget::SltBtnSendPidClicked()
+{
+    const int c = m_cbxChannel->currentIndex();
+    QByteArray payload;
+    const float p = m_edtP->text().toFloat();
+    m_channels[c].p = p;
+    payload.append(NumberTool::baFromFloatBigEndian(p));
+    const float i = m_edtI->text().toFloat();
+    m_channels[c].i = i;
+    payload.append(NumberTool::baFromFloatBigEndian(i));
+    const float d = m_edtD->text().toFloat();
+    m_channels[c].d = d;
+    payload.append(NumberTool::baFromFloatBigEndian(d));
+    SendCmdToSeriaport(PidFrame::SendPidValues, static_cast<unsigned char>((c + 1) & 255), payload);
+}
+
+void PidDebugWidget::SltBtnSendValueClicked()
+{
+    const int c = m_cbxChannel->currentIndex();
+    const int value = m_edtTarget->text().toInt(nullptr, 10);
+    // the target curve draws from the stored value from now on
+    m_channels[c].target = value;
+    SendCmdToSeriaport(PidFrame::SendTargetValue, static_cast<unsigned char>((c + 1) & 255),
+                       NumberTool::baFromInt32SmallEndian(value));
+}
+
+void PidDebugWidget::SltBtnSendIntervalClicked()
+{
+    // the stored period changes only when the board reports it
+    const int c = m_cbxChannel->currentIndex();
+    const int value = m_edtPeriod->text().toInt(nullptr, 10);
+    SendCmdToSeriaport(PidFrame::SendPeriod, static_cast<unsigned char>((c + 1) & 255),
+                       NumberTool::baFromInt32SmallEndian(value));
+}
+
+void PidDebugWidget::SltBtnClearClicked()
+{
+    // Removing by rising index from the shrinking list takes every other graph: the
+    // odd ones survive with their points at positions 0 to 4 and ten fresh graphs
+    // follow, so the count goes 10, 15, 17, 18, 19 over successive clears. This is
+    // how the clear button has always behaved and exports depend on the positions;
+    // the surviving points go with the next samples of their position.
+    for (int i = 0; i < 10; ++i)
+        m_customPlot->removeGraph(i);
+    for (int i = 0; i < 10; ++i) {
+        m_customPlot->addGraph();
+        m_customPlot->graph(i)->setPen(QPen(m_graphConfig->getGraphColor(i)));
+        m_customPlot->graph(i)->setVisible(m_graphConfig->isVisible(i));
+    }
+    m_customPlot->replot(QCustomPlot::rpRefreshHint);
+}
+
+void PidDebugWidget::SltBtnExportClicked()
+{
+    const QString fileName = QFileDialog::getSaveFileName(this, "导出数据", "", "*.csv", nullptr, QFileDialog::Options());
+    if (fileName.isEmpty())
+        return;
+    ExportDataToFile(fileName);
+}
+
+// value at position i as QCPDataContainer::at bounds it; an empty curve reads 0
+static double valueAt(QCPGraph *graph, int i)
+{
+    if (!graph || graph->data()->isEmpty())
+        return 0.0;
+    return graph->data()->at(i)->value;
+}
+
+void PidDebugWidget::ExportDataToFile(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
+        QtMessageBox::warning("文件保存失败!");
+        return;
+    }
+    QTextStream out(&file);
+    out.setCodec(QTextCodec::codecForName("GB18030"));
+    // QTextStream takes plain char strings as Latin-1: every literal goes as QString
+    out << QString("PID调试数据") << "\n";
+    for (int n = 1; n <= 5; ++n) {
+        out << QString("通道 %1 数据如下：").arg(n) << "\n";
+        out << QString("序号,") << QString("实际值,") << QString("目标值,") << QString("差值") << "\n";
+        QCPGraph *target = m_customPlot->graph(n - 1);
+        QCPGraph *actual = m_customPlot->graph(n + 4);
+        const int count = target ? target->dataCount() : 0;
+        for (int i = 0; i < count; ++i) {
+            const double a = valueAt(actual, i);
+            const double t = valueAt(target, i);
+            out << (i + 1) << "," << a << "," << t << "," << (a - t) << "\n";
+        }
+        out << "\n" << "\n";
+    }
+    out.flush();
+    file.close();
+    emit signalNotify("文件已导出：" + fileName, 0);
+}
+
+void PidDebugWidget::SltBtnStartClicked()
+{
+    if (!m_serialPort->isOpen()) {
+        QtMessageBox::warning("请确认是否打开串口！");
+        return;
+    }
+    unsigned char cmd;
+    if (m_btnStart->text() == "启动") {
+        m_btnStart->setText("停止");
+        cmd = PidFrame::SendStart;
+    } else {
+        m_btnStart->setText("启动");
+        cmd = PidFrame::SendStop;
+    }
+    // the text flips now, before the board answers
+    SendCmdToSeriaport(cmd, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+}
+
+void PidDebugWidget::SltBtnResetClicked()
+{
+    SltBtnClearClicked();
+    SendCmdToSeriaport(PidFrame::SendReset, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+}
+
+void PidDebugWidget::SltPoltScale(int index)
+{
+    m_customPlot->axisRect()->setRangeZoom(index == 0 ? Qt::Horizontal : Qt::Vertical);
+}
+
+void PidDebugWidget::SltPlotMoveEvent(QMouseEvent *event)
+{
+    // hover read-out of the first curve; kept ready for the plot's mouseMove signal
+    QCPGraph *graph = m_customPlot->graph(0);
+    if (!graph || graph->data()->isEmpty())
+        return;
+    const int x = event->pos().x();
+    double key = m_customPlot->xAxis->pixelToCoord(x);
+    const int pos = qBound(0, int(key), graph->dataCount());
+    const double value = graph->data()->at(pos)->value;
+    key = graph->data()->at(pos)->key;
+    const double px = m_customPlot->xAxis->coordToPixel(key);
+    const double py = m_customPlot->yAxis->coordToPixel(value);
+    const QString tip = "x: " + QString::number(key, 10, 3) + "\n" + "y: " + QString::number(value, 10, 3) + "\n";
+    QToolTip::showText(mapToGlobal(QPoint(int(px), int(py))), tip, this);
+}

@@ -1,0 +1,111 @@
+#ifndef PIDDEBUGWIDGET_H
+#define PIDDEBUGWIDGET_H
+
+#include "PidFrame.h"
+#include "PidRangeTracker.h"
+#include "QtWidgetBase.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+class GraphConfigWidget;
+class QCheckBox;
+class QComboBox;
+class QCustomPlot;
+class QLineEdit;
+class QMouseEvent;
+class QPushButton;
+class QtSerialPort;
+class StatusLabel;
+
+// The PID tuning page: one serial port to a motor-control board, five channels of
+// P, I, D, target and period, ten curves (target and actual per channel) and an
+// export of what the plot holds. The run state is the start button's text, "启动"
+// when stopped and "停止" when running; the page, the board's reports and closing
+// the port all read and write it.
+class PidDebugWidget : public QtWidgetBase
+{
+    Q_OBJECT
+    friend class TstPidDebugWidget;
+    friend class PidBenchProbe;
+
+public:
+    explicit PidDebugWidget(QWidget *parent = nullptr);
+    ~PidDebugWidget() override;
+
+    QStringList getCounts() override;
+
+    int getCheckSum(QByteArray frame);
+    void SendCmdToSeriaport(unsigned char cmd, unsigned char channel, const QByteArray &payload);
+    void ParseDataFromBuff();
+
+    // the work of "导出数据" once a file name is known
+    void ExportDataToFile(const QString &fileName);
+
+signals:
+    void signalNotify(QString text, int level);
+
+public slots:
+    void SltSerialportChanged(const QStringList &ports);
+
+private slots:
+    void SltOpenSerialport();
+    void SltRecvFromSerialport(const QByteArray &data);
+    void SltPlotMoveEvent(QMouseEvent *event);
+    void SltComboPidChanged(int index);
+    void SltGraphClicked(int index, bool checked);
+    void SltBtnSendPidClicked();
+    void SltBtnSendValueClicked();
+    void SltBtnSendIntervalClicked();
+    void SltBtnClearClicked();
+    void SltBtnExportClicked();
+    void SltBtnStartClicked();
+    void SltBtnResetClicked();
+    void SltPoltScale(int index);
+
+private:
+    void InitWidget();
+    void InitPlot();
+    void InitSerialPortConfig();
+    void CloseSerialport();
+    void SetLineEditInputFloat(QLineEdit *edit);
+    void SetLineEditInputInt(QLineEdit *edit);
+    // applies one received frame; false when the rest of the buffer must wait
+    bool DispatchFrame(unsigned char cmd, int c, const QByteArray &frame);
+    void AddActualSample(int c, int actual);
+
+    QComboBox *m_cbxPortName;
+    QComboBox *m_cbxBaudrate;
+    QComboBox *m_cbxParity;
+    QComboBox *m_cbxDataBits;
+    QComboBox *m_cbxStopBits;
+    QPushButton *m_btnOpen;
+    StatusLabel *m_statusLabel;
+    QLineEdit *m_edtP;
+    QLineEdit *m_edtI;
+    QLineEdit *m_edtD;
+    QLineEdit *m_edtTarget;
+    QLineEdit *m_edtPeriod;
+    QComboBox *m_cbxChannel;
+    QComboBox *m_cbxScale;
+    QPushButton *m_btnSendPid;
+    QPushButton *m_btnSendValue;
+    QPushButton *m_btnSendInterval;
+    QCustomPlot *m_customPlot;
+    GraphConfigWidget *m_graphConfig;
+    QCheckBox *m_chkStopShow;
+    QPushButton *m_btnClear;
+    QPushButton *m_btnExport;
+    QPushButton *m_btnStart;
+    QPushButton *m_btnReset;
+
+    PidChannelState m_channels[5];
+    qint64 m_startTime;
+    QByteArray m_recvBuffer;
+    QByteArray m_frameHeader;
+    QtSerialPort *m_serialPort;
+    // value ranges of the actual curves, graphs 5 to 9
+    PidRangeTracker m_rangeTrackers[5];
+};
+
+#endif // PIDDEBUGWIDGET_H
