@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -191,6 +192,11 @@ void TstQtFileDialog::severalExistingFilesCanBeChosen()
             qobject_cast<QDialog *>(w)->reject();
             return;
         }
+        // the directory is read by a thread of the dialog's model: typing before it
+        // has listed both files lets the completer race the typed names
+        QListView *list = dlg.fileDialog()->findChild<QListView *>("listView");
+        if (list)
+            QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 2; }, 5000);
         edt->clear();
         QTest::keyClicks(edt, "\"a.txt\" \"b.txt\"");
         QTest::mouseClick(open, Qt::LeftButton);
