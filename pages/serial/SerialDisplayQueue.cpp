@@ -6,6 +6,8 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include <climits>
+
 namespace {
 
 // Characters at which a plain-text insertion starts a new paragraph of the document.

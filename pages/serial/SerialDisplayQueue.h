@@ -15,6 +15,9 @@ class QTimer;
 // was stopped, starts at once and continues on later turns, and everything appended
 // meanwhile waits behind it. The view ends up with the same text as if each paragraph
 // had gone in whole.
+// Slices end after whole lines, because the view lays out a line as one piece every
+// time it changes. A single line longer than a slice therefore still goes in, and is
+// laid out, in one turn: hex text, which has no line breaks, is such a line.
 class SerialDisplayQueue : public QObject
 {
     Q_OBJECT
