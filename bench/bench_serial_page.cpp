@@ -8,6 +8,7 @@
 #include "NumberTool.h"
 #include "QextSerialPort.h"
 #include "QtTerminalWidget.h"
+#include "SerialDisplayQueue.h"
 #include "SerialportWidget.h"
 
 #include <QApplication>
@@ -48,13 +49,13 @@ struct Stall {
     QElapsedTimer clock;
     qint64 last = 0;
     qint64 worst = 0;
-    Stall()
+    explicit Stall(int intervalMs = 5)
     {
-        timer.setInterval(5);
+        timer.setInterval(intervalMs);
         timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&timer, &QTimer::timeout, [this] {
+        QObject::connect(&timer, &QTimer::timeout, [this, intervalMs] {
             const qint64 now = clock.elapsed();
-            worst = qMax(worst, now - last - 5);
+            worst = qMax(worst, now - last - intervalMs);
             last = now;
         });
     }
@@ -175,8 +176,14 @@ BENCHMARK(BM_Paced400KBps)->ArgNames({"mode", "bytes", "slice"})
     ->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // Display stopped while the board sends, then resumed: the whole held buffer is
-// shown in one block by the next read. Reported: how long that one read blocks the
-// event loop.
+// shown in one block from the next read on. Reported: how long until all of it stands
+// in the view (resume_ms), and the longest the event loop stood still meanwhile, as
+// the gap between two ticks of a 10 ms timer less its interval (max_stall_ms).
+bool shownAll(const SerialportWidget &page)
+{
+    return page.recvBuffer().isEmpty() && !page.displayQueue()->isPending();
+}
+
 void BM_ResumeAfterStoppedDisplay(benchmark::State &state)
 {
     LarkPtyPair pty;
@@ -194,7 +201,7 @@ void BM_ResumeAfterStoppedDisplay(benchmark::State &state)
     page.SltOpenSerialport();
     auto *stop = page.findChild<QCheckBox *>("chkStopShow");
     const int total = int(state.range(1));
-    double worst = 0;
+    double worst = 0, worstStall = 0;
     for (auto _ : state) {
         page.clearRecv();
         stop->setChecked(true);
@@ -206,14 +213,24 @@ void BM_ResumeAfterStoppedDisplay(benchmark::State &state)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         writer.join();
         stop->setChecked(false);
+        Stall stall(10);
         QElapsedTimer t;
         t.start();
+        stall.start();
         pty.boardWrite("!");
-        while (!page.recvBuffer().isEmpty() && t.elapsed() < 120000)
+        while (!shownAll(page) && t.elapsed() < 120000)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         worst = qMax(worst, double(t.elapsed()));
+        // a few more ticks, so that a stall at the very end is seen too
+        QElapsedTimer tail;
+        tail.start();
+        while (tail.elapsed() < 50)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        stall.stop();
+        worstStall = qMax(worstStall, double(stall.worst));
     }
     state.counters["resume_ms"] = worst;
+    state.counters["max_stall_ms"] = worstStall;
 }
 BENCHMARK(BM_ResumeAfterStoppedDisplay)->ArgNames({"mode", "bytes"})
     ->Args({Ascii, 1 << 20})->Args({Ascii, 10 << 20})->Args({Hex, 1 << 20})

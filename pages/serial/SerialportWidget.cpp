@@ -6,6 +6,7 @@
 #include "QtFileDialog.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
+#include "SerialDisplayQueue.h"
 #include "SerialRecvRule.h"
 #include "StatusLabel.h"
 
@@ -21,9 +22,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollBar>
-#include <QTextCursor>
-#include <QTextDocument>
 #include <QTextStream>
 #include <QTime>
 #include <QTimer>
@@ -200,6 +198,7 @@ void SerialportWidget::InitWidget()
 
     m_terminal = new QtTerminalWidget(this);
     m_terminal->setPlaceholderText("数据接收区显示");
+    m_displayQueue = new SerialDisplayQueue(m_terminal, this);
     m_sendBox = new QtSendBoxWidget(this, 7);
     m_sendBox->m_chkAutoSend = m_chkAutoSend;
 
@@ -261,6 +260,8 @@ void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
 
 void SerialportWidget::clearRecv()
 {
+    // what is not shown yet goes too; m_recvBuffer stays (see CloseSerialport)
+    m_displayQueue->clear();
     m_terminal->clearTerminal();
 }
 
@@ -342,31 +343,14 @@ void SerialportWidget::parseSerialportData(QByteArray data)
         return;
     const bool hexShown = m_rbtnRecvHex->isChecked();
     const QString text = SerialRecvRule::displayText(data, hexShown);
+    // Each goes in as a paragraph of its own, as plain text even where it looks like
+    // HTML (a board printing "<b>" keeps its bytes). A large block, such as all that
+    // was held while display was stopped, starts to show now and goes on over the
+    // next turns of the event loop, so the window keeps responding meanwhile.
     if (m_chkLogMode->isChecked())
-        m_terminal->append(SerialRecvRule::logTag(QTime::currentTime(), m_rbtnRecvAscii->isChecked()));
-    appendReceived(text);
+        m_displayQueue->appendParagraph(SerialRecvRule::logTag(QTime::currentTime(), m_rbtnRecvAscii->isChecked()));
+    m_displayQueue->appendParagraph(text);
     m_recvBuffer.clear();
-}
-
-void SerialportWidget::appendReceived(const QString &text)
-{
-    // append takes text that looks like HTML as HTML: a board printing "<b>" would
-    // lose its bytes from the view. Such text goes in as a plain paragraph instead.
-    if (!Qt::mightBeRichText(text)) {
-        m_terminal->append(text);
-        return;
-    }
-    QScrollBar *bar = m_terminal->verticalScrollBar();
-    const bool atBottom = bar->value() >= bar->maximum();
-    QTextCursor cursor(m_terminal->document());
-    cursor.beginEditBlock();
-    cursor.movePosition(QTextCursor::End);
-    if (!m_terminal->document()->isEmpty())
-        cursor.insertBlock();
-    cursor.insertText(text);
-    cursor.endEditBlock();
-    if (atBottom)
-        bar->setValue(bar->maximum());
 }
 
 void SerialportWidget::SltDelayChanged()
@@ -397,7 +381,8 @@ void SerialportWidget::SltChangeAutoInterval()
 
 void SerialportWidget::SltSaveDataToFile()
 {
-    const QString text = m_terminal->toPlainText();
+    // the view's text and what still waits to be shown in it
+    const QString text = m_displayQueue->plainText();
     if (text.isEmpty())
         return;
     QtFileDialog dialog(this);

@@ -15,6 +15,7 @@ class QRadioButton;
 class QTimer;
 class QToolButton;
 class QextSerialPort;
+class SerialDisplayQueue;
 class QtSendBoxWidget;
 class QtTerminalWidget;
 class StatusLabel;
@@ -41,6 +42,7 @@ public:
 
     QextSerialPort *serialport() const { return m_serialport; }
     QtTerminalWidget *terminal() const { return m_terminal; }
+    SerialDisplayQueue *displayQueue() const { return m_displayQueue; }
     QtSendBoxWidget *sendBox() const { return m_sendBox; }
     QByteArray recvBuffer() const { return m_recvBuffer; }
     quint32 sendCount() const { return m_sendCount; }
@@ -62,7 +64,6 @@ private:
     void InitWidget();
     void InitSerialPortConfig();
     QWidget *InitConfigColumn();
-    void appendReceived(const QString &text);
 
     QWidget *m_widgetConfig;
     QToolButton *m_btnFold;
@@ -89,6 +90,7 @@ private:
     QButtonGroup *m_sendFormatGroup;
 
     QtTerminalWidget *m_terminal;
+    SerialDisplayQueue *m_displayQueue;
     QtSendBoxWidget *m_sendBox;
 
     quint32 m_sendCount;

@@ -7,6 +7,7 @@
 #include "QtFileDialog.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
+#include "SerialDisplayQueue.h"
 #include "SerialRecvRule.h"
 #include "SerialportWidget.h"
 #include "StatusLabel.h"
@@ -20,6 +21,8 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QTimer>
 #include <QToolButton>
@@ -97,6 +100,27 @@ void answerFileDialog(const QString &path, const QString &filter = QString())
     });
 }
 
+// lines a board prints, GB18030 text among them
+QByteArray boardLines(int size)
+{
+    const QByteArray line = MyApp::strToUnicode(QString("temp=25.3 状态正常 <ok> 0123456789\r\n"));
+    return line.repeated(size / line.size() + 1).left(size);
+}
+
+// what the view shows when each chunk is appended whole
+QString shownWhole(const QList<QByteArray> &chunks, bool hex)
+{
+    QTextEdit view;
+    for (const QByteArray &chunk : chunks) {
+        QTextCursor cursor(view.document());
+        cursor.movePosition(QTextCursor::End);
+        if (!view.document()->isEmpty())
+            cursor.insertBlock();
+        cursor.insertText(SerialRecvRule::displayText(chunk, hex));
+    }
+    return view.toPlainText();
+}
+
 } // namespace
 
 class TstSerialportWidget : public QObject
@@ -129,6 +153,11 @@ private slots:
     void anyChangeInPortCountClosesTheOpenPort();
     void portVanishingMidReadIsSurvived();
     void tenMegabytesWhileDisplayIsStoppedDoNotFreeze();
+    void heldBlockShowsWhollyAndInOrderAfterResume_data();
+    void heldBlockShowsWhollyAndInOrderAfterResume();
+    void chunksArrivingWhileABlockIsShownQueueBehindIt();
+    void clearingDropsWhatIsNotShownYet();
+    void saveWhileABlockIsShownWritesAllOfIt();
     void foldButtonHidesAndShowsTheSettings();
 };
 
@@ -560,6 +589,100 @@ void TstSerialportWidget::tenMegabytesWhileDisplayIsStoppedDoNotFreeze()
     QVERIFY(rig.page.recvCount() != quint32(size) || rig.counts.count() == 1);
     rig.child<QPushButton>("btnOpen")->click();
     QVERIFY(!rig.page.serialport()->isOpen());
+}
+
+void TstSerialportWidget::heldBlockShowsWhollyAndInOrderAfterResume_data()
+{
+    QTest::addColumn<bool>("hex");
+    QTest::addColumn<QByteArray>("held");
+    QTest::newRow("2 MB of text") << false << boardLines(2 * 1024 * 1024);
+    QTest::newRow("1 MB in hex") << true << allBytes().repeated(4096);
+}
+
+void TstSerialportWidget::heldBlockShowsWhollyAndInOrderAfterResume()
+{
+    QFETCH(bool, hex);
+    QFETCH(QByteArray, held);
+    Rig rig;
+    QVERIFY(rig.open());
+    if (hex)
+        rig.child<QRadioButton>("rbtnRecvHex")->click();
+    rig.child<QCheckBox>("chkStopShow")->setChecked(true);
+    QVERIFY(rig.pty.boardWrite(held));
+    QTRY_COMPARE_WITH_TIMEOUT(rig.page.recvBuffer().size(), held.size(), 30000);
+    QVERIFY(rig.shown().isEmpty());
+
+    rig.child<QCheckBox>("chkStopShow")->setChecked(false);
+    // the held block starts to show with the next read, together with its bytes
+    QVERIFY(rig.boardSendsOneRead("!"));
+    QVERIFY(!rig.shown().isEmpty());
+    QVERIFY(rig.page.recvBuffer().isEmpty());
+    QVERIFY(rig.boardSendsOneRead("tail"));
+    // text lines go in over many turns, so the tail came while they did; hex text is
+    // one line, which goes in whole with the read
+    QCOMPARE(rig.page.displayQueue()->isPending(), !hex);
+    QTRY_VERIFY_WITH_TIMEOUT(!rig.page.displayQueue()->isPending(), 30000);
+    QVERIFY(rig.shown() == shownWhole({held + "!", "tail"}, hex));
+}
+
+void TstSerialportWidget::chunksArrivingWhileABlockIsShownQueueBehindIt()
+{
+    SerialportWidget page;
+    page.findChild<QCheckBox *>("chkLogMode")->setChecked(true);
+    const QByteArray block = boardLines(256 * 1024);
+    page.parseSerialportData(block);
+    QVERIFY(page.displayQueue()->isPending());
+    page.findChild<QRadioButton *>("rbtnRecvHex")->click();
+    page.parseSerialportData("ab");
+    QTRY_VERIFY(!page.displayQueue()->isPending());
+
+    // tag, block, tag, hex of the later chunk: in the order they came
+    const QString shown = page.terminal()->toPlainText();
+    const QString blockShown = shownWhole({block}, false);
+    const QRegularExpression tag("^\\[\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d\\] ");
+    const int firstLine = shown.indexOf('\n');
+    QVERIFY(tag.match(shown.left(firstLine)).hasMatch());
+    QVERIFY(shown.left(firstLine).endsWith(" ASCII >"));
+    QCOMPARE(shown.mid(firstLine + 1, blockShown.size()), blockShown);
+    const QStringList rest = shown.mid(firstLine + 1 + blockShown.size()).split('\n');
+    QCOMPARE(rest.size(), 3);
+    QVERIFY(rest.at(0).isEmpty());
+    QVERIFY(tag.match(rest.at(1)).hasMatch());
+    QVERIFY(rest.at(1).endsWith(" HEX >"));
+    QCOMPARE(rest.at(2), QString("61 62 "));
+    QCOMPARE(page.recvCount(), quint32(block.size() + 2));
+}
+
+void TstSerialportWidget::clearingDropsWhatIsNotShownYet()
+{
+    SerialportWidget page;
+    page.parseSerialportData(boardLines(256 * 1024));
+    QVERIFY(page.displayQueue()->isPending());
+    page.findChild<QPushButton *>("btnClearRecv")->click();
+    QVERIFY(!page.displayQueue()->isPending());
+    QVERIFY(page.terminal()->toPlainText().isEmpty());
+    page.parseSerialportData("after");
+    QCOMPARE(page.terminal()->toPlainText(), QString("after"));
+}
+
+void TstSerialportWidget::saveWhileABlockIsShownWritesAllOfIt()
+{
+    SerialportWidget page;
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QByteArray block = boardLines(512 * 1024);
+    page.parseSerialportData(block);
+    page.parseSerialportData("tail");
+    QVERIFY(page.displayQueue()->isPending());
+    answerFileDialog(dir.filePath("received"), "*.txt");
+    page.SltSaveDataToFile();
+    QTRY_VERIFY(!page.displayQueue()->isPending());
+    QFile txt(dir.filePath("received.txt"));
+    QVERIFY(txt.open(QIODevice::ReadOnly));
+    const QString saved = MyApp::toUnicode(txt.readAll());
+    QCOMPARE(saved.size(), page.terminal()->toPlainText().size());
+    QVERIFY(saved == page.terminal()->toPlainText());
+    QVERIFY(saved.endsWith("\ntail"));
 }
 
 void TstSerialportWidget::foldButtonHidesAndShowsTheSettings()
