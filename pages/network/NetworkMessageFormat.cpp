@@ -90,14 +90,3 @@ quint16 NetworkMessageFormat::portFromText(const QString &text)
         return 0;
     return quint16(port);
 }
-
-QByteArray NetworkMessageFormat::saveBytes(const QString &fileName, const QString &viewText)
-{
-    if (fileName.endsWith("txt")) {
-        QTextCodec *codec = QTextCodec::codecForName(MyApp::getTextCodec());
-        return codec ? codec->fromUnicode(viewText) : viewText.toUtf8();
-    }
-    // a view taken in ASCII goes through the same conversion; what is not hex text
-    // yields what the lenient converter makes of it
-    return NumberTool::hexStrToByteArray(viewText);
-}

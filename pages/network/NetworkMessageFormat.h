@@ -38,10 +38,6 @@ public:
     // a port field's number; text that is no port (not a number, out of range)
     // gives 0, with which listen and bind take any free port
     static quint16 portFromText(const QString &text);
-
-    // the bytes a receive save writes: the view text in the text codec for a name
-    // ending in "txt", else the view read back as hexadecimal
-    static QByteArray saveBytes(const QString &fileName, const QString &viewText);
 };
 
 #endif // NETWORKMESSAGEFORMAT_H

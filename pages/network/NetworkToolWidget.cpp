@@ -1,6 +1,7 @@
 #include "NetworkToolWidget.h"
 #include "IconHelper.h"
 #include "NetworkMessageFormat.h"
+#include "QtRecvSaveFormat.h"
 #include "NumberTool.h"
 #include "QtFileDialog.h"
 #include "QtMessageBox.h"
@@ -653,7 +654,7 @@ void NetworkToolWidget::saveDataToFile(const QString &fileName)
         emit signalNotify("文件保存失败!", 255);
         return;
     }
-    file.write(NetworkMessageFormat::saveBytes(fileName, text));
+    file.write(QtRecvSaveFormat::saveBytes(fileName, text));
     file.close();
     emit signalNotify("文件保存完成!", 0);
 }

@@ -4,6 +4,7 @@
 #include "NumberTool.h"
 #include "QextSerialPort.h"
 #include "QtFileDialog.h"
+#include "QtRecvSaveFormat.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
 #include "SerialDisplayQueue.h"
@@ -13,7 +14,6 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDataStream>
 #include <QFile>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -22,7 +22,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTextStream>
 #include <QTime>
 #include <QTimer>
 #include <QToolButton>
@@ -403,19 +402,7 @@ bool SerialportWidget::saveDataToFile(const QString &fileName, const QString &te
         emit signalNotify("文件保存失败!", 255);
         return false;
     }
-    if (fileName.endsWith("txt")) {
-        QTextStream out(&file);
-        out.setCodec(MyApp::getTextCodec().constData());
-        out << text;
-        out.flush();
-    } else {
-        // the view's hex text back to raw bytes; a view taken in ASCII or with log
-        // tags goes through the same lenient conversion
-        const QByteArray bytes = NumberTool::hexStrToByteArray(text);
-        QDataStream out(&file);
-        for (char c : bytes)
-            out << qint8(c);
-    }
+    file.write(QtRecvSaveFormat::saveBytes(fileName, text));
     file.close();
     emit signalNotify("文件保存完成!", 0);
     return true;

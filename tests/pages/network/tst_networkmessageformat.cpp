@@ -168,26 +168,6 @@ private slots:
         QFETCH(int, port);
         QCOMPARE(int(NetworkMessageFormat::portFromText(text)), port);
     }
-
-    void saveBytesFollowTheSuffix_data()
-    {
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("view");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("txt in GB18030") << "/tmp/a.txt" << "温度\n2"
-                                        << QTextCodec::codecForName("GB18030")->fromUnicode("温度\n2");
-        QTest::newRow("bin from hex") << "/tmp/a.bin" << "01 AB 0D 0A " << QByteArray("\x01\xAB\r\n", 4);
-        QTest::newRow("suffix is case-sensitive") << "/tmp/a.TXT" << "41 42" << QByteArray("AB");
-        QTest::newRow("no suffix is binary") << "/tmp/a" << "00 FF" << QByteArray("\x00\xFF", 2);
-    }
-
-    void saveBytesFollowTheSuffix()
-    {
-        QFETCH(QString, fileName);
-        QFETCH(QString, view);
-        QFETCH(QByteArray, bytes);
-        QCOMPARE(NetworkMessageFormat::saveBytes(fileName, view), bytes);
-    }
 };
 
 LARK_TEST(TstNetworkMessageFormat)

@@ -1,0 +1,42 @@
+#include "LarkTest.h"
+#include "MyApp.h"
+#include "QtRecvSaveFormat.h"
+
+#include <QTextCodec>
+#include <QtTest>
+
+class TstQtRecvSaveFormat : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { MyApp::m_nTextCodecIndex = 1; }
+
+    void saveBytesFollowTheSuffix_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("txt in GB18030") << "/tmp/a.txt" << "温度\n2"
+                                        << QTextCodec::codecForName("GB18030")->fromUnicode("温度\n2");
+        QTest::newRow("bin from hex") << "/tmp/a.bin" << "01 AB 0D 0A " << QByteArray("\x01\xAB\r\n", 4);
+        QTest::newRow("suffix is case-sensitive") << "/tmp/a.TXT" << "41 42" << QByteArray("AB");
+        QTest::newRow("no suffix is binary") << "/tmp/a" << "00 FF" << QByteArray("\x00\xFF", 2);
+    }
+
+    void saveBytesFollowTheSuffix()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QString, view);
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(QtRecvSaveFormat::saveBytes(fileName, view), bytes);
+    }
+
+    void textFollowsTheChosenCodec()
+    {
+        MyApp::m_nTextCodecIndex = 0;
+        QCOMPARE(QtRecvSaveFormat::saveBytes("/tmp/a.txt", "温度"), QString("温度").toUtf8());
+    }
+};
+
+LARK_TEST(TstQtRecvSaveFormat)
+#include "tst_qtrecvsaveformat.moc"
