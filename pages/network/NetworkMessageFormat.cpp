@@ -2,7 +2,6 @@
 #include "MyApp.h"
 #include "NumberTool.h"
 
-#include <QTextCodec>
 
 QString NetworkMessageFormat::serverSenderName()
 {
