@@ -121,6 +121,29 @@ bool chooseFileInDialog(QWidget *dialog, const QString &path)
     return true;
 }
 
+void answerNextFileDialog(const QString &path, const QString &filter)
+{
+    onNextModal([path, filter](QWidget *w) {
+        auto *inner = qobject_cast<QFileDialog *>(w);
+        if (!inner)
+            inner = w->findChild<QFileDialog *>();
+        auto *dialog = qobject_cast<QDialog *>(w);
+        if (!inner || !dialog) {
+            w->close();
+            return;
+        }
+        if (!filter.isEmpty())
+            inner->selectNameFilter(filter);
+        for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
+            chooseFileInDialog(dialog, path);
+            if (dialog->isVisible())
+                QTest::qWait(50);
+        }
+        if (dialog->isVisible())
+            dialog->reject();
+    });
+}
+
 QString dataPath(const QString &name)
 {
     return QString::fromLatin1(LARK_TEST_DATA_DIR) + "/" + name;

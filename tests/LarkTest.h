@@ -28,6 +28,11 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 // leaves the field empty while it has focus, so the dialog would refuse.
 bool chooseFileInDialog(QWidget *dialog, const QString &path);
 
+// Answers the next modal file dialog with path (and the name filter, if given) through
+// chooseFileInDialog, again while the dialog still loads its folder; a dialog that
+// never takes the answer is rejected, so the test fails instead of hanging.
+void answerNextFileDialog(const QString &path, const QString &filter = QString());
+
 // Path of a file under tests/data.
 QString dataPath(const QString &name);
 

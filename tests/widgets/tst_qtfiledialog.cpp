@@ -196,7 +196,7 @@ void TstQtFileDialog::severalExistingFilesCanBeChosen()
         // has listed both files lets the completer race the typed names
         QListView *list = dlg.fileDialog()->findChild<QListView *>("listView");
         if (list)
-            QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 2; }, 5000);
+            (void)QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 2; }, 5000);
         edt->clear();
         QTest::keyClicks(edt, "\"a.txt\" \"b.txt\"");
         QTest::mouseClick(open, Qt::LeftButton);

@@ -68,29 +68,6 @@ struct ModalCatcher {
     }
 };
 
-
-// Answers the next file dialog with path, as a user would type it. Retried while the dialog still loads its folder; a dialog that never
-// takes it is rejected, so that the test fails instead of hanging.
-void answerFileDialog(const QString &path, const QString &filter = QString())
-{
-    LarkTest::onNextModal([path, filter](QWidget *w) {
-        auto *dialog = qobject_cast<QtFileDialog *>(w);
-        if (!dialog) {
-            w->close();
-            return;
-        }
-        if (!filter.isEmpty())
-            dialog->fileDialog()->selectNameFilter(filter);
-        for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
-            LarkTest::chooseFileInDialog(dialog, path);
-            if (dialog->isVisible())
-                QTest::qWait(50);
-        }
-        if (dialog->isVisible())
-            dialog->reject();
-    });
-}
-
 } // namespace
 
 class TstQtSendBoxWidget : public QObject
@@ -572,7 +549,7 @@ void TstQtSendBoxWidget::loadChosenInTheRealDialog()
     const QString path = dir.filePath("chosen.txt");
     writeFile(path, "AT+CSQ");
     QtSendBoxWidget box(nullptr, 7);
-    answerFileDialog(path);
+    LarkTest::answerNextFileDialog(path);
     box.SltLoadDataFile();
     QCOMPARE(box.findChild<QTextEdit *>()->toPlainText(), QString("AT+CSQ"));
     QCOMPARE(box.loadFile(), path);

@@ -77,29 +77,6 @@ QByteArray allBytes()
     return b;
 }
 
-
-// Answers the next file dialog with path, as a user would type it. Retried while the dialog still loads its folder; a dialog that never
-// takes it is rejected, so that the test fails instead of hanging.
-void answerFileDialog(const QString &path, const QString &filter = QString())
-{
-    LarkTest::onNextModal([path, filter](QWidget *w) {
-        auto *dialog = qobject_cast<QtFileDialog *>(w);
-        if (!dialog) {
-            w->close();
-            return;
-        }
-        if (!filter.isEmpty())
-            dialog->fileDialog()->selectNameFilter(filter);
-        for (int i = 0; i < 40 && dialog->isVisible(); ++i) {
-            LarkTest::chooseFileInDialog(dialog, path);
-            if (dialog->isVisible())
-                QTest::qWait(50);
-        }
-        if (dialog->isVisible())
-            dialog->reject();
-    });
-}
-
 // lines a board prints, GB18030 text among them
 QByteArray boardLines(int size)
 {
@@ -512,7 +489,7 @@ void TstSerialportWidget::saveChosenInTheRealDialog()
     QVERIFY(dir.isValid());
     const QString base = dir.filePath("received");
     page.terminal()->append("41 42 43");
-    answerFileDialog(base, "*.bin");
+    LarkTest::answerNextFileDialog(base, "*.bin");
     page.SltSaveDataToFile();
     QFile bin(base + ".bin");
     QVERIFY(bin.open(QIODevice::ReadOnly));
@@ -674,7 +651,7 @@ void TstSerialportWidget::saveWhileABlockIsShownWritesAllOfIt()
     page.parseSerialportData(block);
     page.parseSerialportData("tail");
     QVERIFY(page.displayQueue()->isPending());
-    answerFileDialog(dir.filePath("received"), "*.txt");
+    LarkTest::answerNextFileDialog(dir.filePath("received"), "*.txt");
     page.SltSaveDataToFile();
     QTRY_VERIFY(!page.displayQueue()->isPending());
     QFile txt(dir.filePath("received.txt"));
