@@ -1,8 +1,18 @@
 #include "QtSerialPort.h"
 
-#include <QApplication>
+#include <QGuiApplication>
+#include <qpa/qplatformintegration.h>
+#include <private/qguiapplication_p.h>
 #include <QDebug>
 #include <QSerialPort>
+
+// what QApplication::beep does, without bringing the widget library into the link
+// layer; a process without a GUI (a simulator, a fuzz target) stays silent
+static void beep()
+{
+    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+        QGuiApplicationPrivate::platformIntegration()->beep();
+}
 
 QtSerialPort::QtSerialPort(QObject *parent)
     : QObject(parent)
@@ -61,7 +71,7 @@ void QtSerialPort::open(QString portName, int baudRate, int dataBits, int stopBi
     // QSerialPort reports failed DTR/RTS or line-setting ioctls (ptys refuse some of
     // them) through errorOccurred only; the open itself decides success
     if (!m_serialport->open(QIODevice::ReadWrite))
-        QApplication::beep();
+        beep();
 }
 
 void QtSerialPort::close()

@@ -14,50 +14,6 @@
 
 namespace LarkTest {
 
-namespace {
-struct Entry {
-    QString name;
-    Factory factory;
-};
-std::vector<Entry> &registry()
-{
-    static std::vector<Entry> entries;
-    return entries;
-}
-} // namespace
-
-int registerTest(const char *name, Factory factory)
-{
-    registry().push_back({QString::fromLatin1(name), std::move(factory)});
-    return int(registry().size());
-}
-
-void cleanAppDirs()
-{
-    const QString base = QCoreApplication::applicationDirPath();
-    QDir(base + "/conf").removeRecursively();
-    QDir(base + "/download").removeRecursively();
-}
-
-int runAll(int argc, char **argv)
-{
-    // LARK_TEST_CLASS=Name runs one class; the remaining arguments then go to it
-    // (function names, -v2 ...). Without it every class runs with the options only.
-    const QString only = qEnvironmentVariable("LARK_TEST_CLASS");
-    int failed = 0;
-    for (const Entry &e : registry()) {
-        if (!only.isEmpty() && e.name != only)
-            continue;
-        cleanAppDirs();
-        std::unique_ptr<QObject> obj(e.factory());
-        const int rc = only.isEmpty() ? QTest::qExec(obj.get(), 1, argv) : QTest::qExec(obj.get(), argc, argv);
-        if (rc != 0)
-            ++failed;
-    }
-    cleanAppDirs();
-    return failed == 0 ? 0 : 1;
-}
-
 void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
 {
     // Polls for the modal widget. A widget must be seen on two ticks in a row before
@@ -142,11 +98,6 @@ void answerNextFileDialog(const QString &path, const QString &filter)
         if (dialog->isVisible())
             dialog->reject();
     });
-}
-
-QString dataPath(const QString &name)
-{
-    return QString::fromLatin1(LARK_TEST_DATA_DIR) + "/" + name;
 }
 
 } // namespace LarkTest

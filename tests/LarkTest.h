@@ -1,23 +1,27 @@
 #ifndef LARKTEST_H
 #define LARKTEST_H
 
-#include <QObject>
+#include "LarkTestCore.h"
+
+#include <QApplication>
 #include <QString>
 #include <functional>
 
 class QWidget;
 
-// Test classes of one area share one executable: each registers itself here with
-// LARK_TEST(ClassName) and the common main runs them one after the other.
+// Helpers of tests that drive widgets.
 namespace LarkTest {
 
-using Factory = std::function<QObject *()>;
-int registerTest(const char *name, Factory factory);
-int runAll(int argc, char **argv);
-
-// Removes conf/ and download/ beside the test executable, so that every test class
-// starts as a first start of the program would.
-void cleanAppDirs();
+// a QApplication at 96 dpi, so that sizes and fonts do not follow the test machine
+class TestApplication : public QApplication
+{
+public:
+    TestApplication(int &argc, char **argv)
+        : QApplication(argc, argv)
+    {
+        setAttribute(Qt::AA_Use96Dpi, true);
+    }
+};
 
 // Calls handler with the next modal widget that becomes active (checked every 10 ms,
 // for at most timeoutMs); a test that opens a modal dialog closes it through this.
@@ -32,14 +36,10 @@ bool chooseFileInDialog(QWidget *dialog, const QString &path);
 // chooseFileInDialog, again while the dialog still loads its folder; a dialog that
 // never takes the answer is rejected, so the test fails instead of hanging.
 void answerNextFileDialog(const QString &path, const QString &filter = QString());
-
-// Path of a file under tests/data.
-QString dataPath(const QString &name);
-
 } // namespace LarkTest
 
-#define LARK_TEST(Class) \
-    static const int lark_test_registered_##Class = \
-        LarkTest::registerTest(#Class, [] { return static_cast<QObject *>(new Class); });
+// main() of a test class that drives widgets
+#define LARK_TEST_MAIN(Class) \
+    int main(int argc, char **argv) { return LarkTest::runTest<LarkTest::TestApplication, Class>(argc, argv); }
 
 #endif // LARKTEST_H

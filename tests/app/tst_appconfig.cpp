@@ -249,5 +249,5 @@ void TstAppConfig::corruptSettingsFileNeverStopsStartUp()
     QVERIFY(!qApp->styleSheet().isEmpty());
 }
 
-LARK_TEST(TstAppConfig)
+LARK_TEST_MAIN(TstAppConfig)
 #include "tst_appconfig.moc"

@@ -278,5 +278,5 @@ void TstMainWindow::closeButtonAndExitEntryQuit()
     QVERIFY(w->isVisible()); // no close confirmation, no hiding: the process just ends
 }
 
-LARK_TEST(TstMainWindow)
+LARK_TEST_MAIN(TstMainWindow)
 #include "tst_mainwindow.moc"

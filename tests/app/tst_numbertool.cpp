@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "NumberTool.h"
 #include "SleepTool.h"
 
@@ -298,5 +298,5 @@ void TstNumberTool::sleepKeepsTheEventLoopRunning()
     QVERIFY(fired);
 }
 
-LARK_TEST(TstNumberTool)
+LARK_TEST_GUILESS_MAIN(TstNumberTool)
 #include "tst_numbertool.moc"

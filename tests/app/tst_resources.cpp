@@ -201,5 +201,5 @@ void TstResources::sheetsParseWithoutWarnings()
     QCOMPARE(button->font().pixelSize(), 13);
 }
 
-LARK_TEST(TstResources)
+LARK_TEST_MAIN(TstResources)
 #include "tst_resources.moc"

@@ -1,5 +1,5 @@
 #include "LarkPtyPair.h"
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "QextSerialPort.h"
 
 #include <QSignalSpy>
@@ -151,5 +151,5 @@ void TstQextSerialPort::aVanishingPeerIsNotFatal()
     QVERIFY(!port.isOpen());
 }
 
-LARK_TEST(TstQextSerialPort)
+LARK_TEST_GUILESS_MAIN(TstQextSerialPort)
 #include "tst_qextserialport.moc"

@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "QSerialPorCheck.h"
 
 #include <QSerialPortInfo>
@@ -91,5 +91,5 @@ void TstQSerialPorCheck::startDoesNotRestartARunningWatcher()
     QVERIFY(timer->remainingTime() <= left);
 }
 
-LARK_TEST(TstQSerialPorCheck)
+LARK_TEST_GUILESS_MAIN(TstQSerialPorCheck)
 #include "tst_qserialporcheck.moc"

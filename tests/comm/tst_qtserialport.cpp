@@ -1,5 +1,5 @@
 #include "LarkPtyPair.h"
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "QtIODevice.h"
 #include "QtSerialPort.h"
 
@@ -166,5 +166,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtSerialPort)
+LARK_TEST_GUILESS_MAIN(TstQtSerialPort)
 #include "tst_qtserialport.moc"

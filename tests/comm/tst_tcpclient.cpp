@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "TcpClient.h"
 
 #include <QHostAddress>
@@ -54,5 +54,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstTcpClient)
+LARK_TEST_GUILESS_MAIN(TstTcpClient)
 #include "tst_tcpclient.moc"

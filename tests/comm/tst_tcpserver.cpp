@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "TcpClient.h"
 #include "TcpServer.h"
 
@@ -219,5 +219,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstTcpServer)
+LARK_TEST_GUILESS_MAIN(TstTcpServer)
 #include "tst_tcpserver.moc"

@@ -230,5 +230,5 @@ void TstQtFileDialog::suffixOfFilter()
     QCOMPARE(QtFileDialog::suffixOfFilter(filter), suffix);
 }
 
-LARK_TEST(TstQtFileDialog)
+LARK_TEST_MAIN(TstQtFileDialog)
 #include "tst_qtfiledialog.moc"

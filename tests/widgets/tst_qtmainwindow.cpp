@@ -182,5 +182,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtMainWindow)
+LARK_TEST_MAIN(TstQtMainWindow)
 #include "tst_qtmainwindow.moc"

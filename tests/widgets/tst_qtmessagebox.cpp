@@ -177,5 +177,5 @@ void TstQtMessageBox::boxIsPaintedWithTitleContentAndButtonStrip()
     box->close();
 }
 
-LARK_TEST(TstQtMessageBox)
+LARK_TEST_MAIN(TstQtMessageBox)
 #include "tst_qtmessagebox.moc"

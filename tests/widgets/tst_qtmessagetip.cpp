@@ -147,5 +147,5 @@ void TstQtMessageTip::tipAndToastArePaintedInTheirColours()
     QCOMPARE(img.pixelColor(5, img.height() / 2), QColor("#252526"));
 }
 
-LARK_TEST(TstQtMessageTip)
+LARK_TEST_MAIN(TstQtMessageTip)
 #include "tst_qtmessagetip.moc"

@@ -326,5 +326,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtNavigationBar)
+LARK_TEST_MAIN(TstQtNavigationBar)
 #include "tst_qtnavigationbar.moc"

@@ -193,5 +193,5 @@ void TstQtPageBar::jumpOutOfRangeShowsTheTipUnderTheEdit()
     tip->hide();
 }
 
-LARK_TEST(TstQtPageBar)
+LARK_TEST_MAIN(TstQtPageBar)
 #include "tst_qtpagebar.moc"

@@ -143,5 +143,5 @@ void TstQtPixmapButton::sizeIsThePixmapsOrSixtyByThirty()
     QCOMPARE(QtPixmapButton(filled(Qt::green, 24, 18), filled(Qt::red, 30, 30)).size(), QSize(24, 18));
 }
 
-LARK_TEST(TstQtPixmapButton)
+LARK_TEST_MAIN(TstQtPixmapButton)
 #include "tst_qtpixmapbutton.moc"

@@ -38,5 +38,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtRecvSaveFormat)
+LARK_TEST_MAIN(TstQtRecvSaveFormat)
 #include "tst_qtrecvsaveformat.moc"

@@ -555,5 +555,5 @@ void TstQtSendBoxWidget::loadChosenInTheRealDialog()
     QCOMPARE(box.loadFile(), path);
 }
 
-LARK_TEST(TstQtSendBoxWidget)
+LARK_TEST_MAIN(TstQtSendBoxWidget)
 #include "tst_qtsendboxwidget.moc"

@@ -140,5 +140,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtStatusBar)
+LARK_TEST_MAIN(TstQtStatusBar)
 #include "tst_qtstatusbar.moc"

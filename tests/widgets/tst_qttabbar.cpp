@@ -111,5 +111,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtTabBar)
+LARK_TEST_MAIN(TstQtTabBar)
 #include "tst_qttabbar.moc"

@@ -203,5 +203,5 @@ void TstQtTerminalWidget::viewFollowsTheNewestData()
     QVERIFY(w.verticalScrollBar()->value() > 0);
 }
 
-LARK_TEST(TstQtTerminalWidget)
+LARK_TEST_MAIN(TstQtTerminalWidget)
 #include "tst_qtterminalwidget.moc"

@@ -266,5 +266,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstQtTitleBar)
+LARK_TEST_MAIN(TstQtTitleBar)
 #include "tst_qttitlebar.moc"

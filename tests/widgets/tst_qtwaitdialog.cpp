@@ -72,5 +72,5 @@ void TstQtWaitDialog::dialogIsCentredOnTheRegisteredWindow()
     dlg->Stop();
 }
 
-LARK_TEST(TstQtWaitDialog)
+LARK_TEST_MAIN(TstQtWaitDialog)
 #include "tst_qtwaitdialog.moc"

@@ -44,5 +44,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstStatusLabel)
+LARK_TEST_MAIN(TstStatusLabel)
 #include "tst_statuslabel.moc"

@@ -227,5 +227,5 @@ void TstWaitingSpinnerWidget::spinnerTurnsAndNewLineCountRestartsTheCounter()
     QCOMPARE(spinner->currentCounter(), 0);
 }
 
-LARK_TEST(TstWaitingSpinnerWidget)
+LARK_TEST_MAIN(TstWaitingSpinnerWidget)
 #include "tst_waitingspinnerwidget.moc"

@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "MyApp.h"
 #include "NetworkMessageFormat.h"
 #include "NumberTool.h"
@@ -170,5 +170,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstNetworkMessageFormat)
+LARK_TEST_GUILESS_MAIN(TstNetworkMessageFormat)
 #include "tst_networkmessageformat.moc"

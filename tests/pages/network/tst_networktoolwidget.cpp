@@ -828,5 +828,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstNetworkToolWidget)
+LARK_TEST_MAIN(TstNetworkToolWidget)
 #include "tst_networktoolwidget.moc"

@@ -145,5 +145,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstGraphConfigWidget)
+LARK_TEST_MAIN(TstGraphConfigWidget)
 #include "tst_graphconfigwidget.moc"

@@ -799,5 +799,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstPidDebugWidget)
+LARK_TEST_MAIN(TstPidDebugWidget)
 #include "tst_piddebugwidget.moc"

@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "PidFrame.h"
 
 #include <QTest>
@@ -96,5 +96,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstPidFrame)
+LARK_TEST_GUILESS_MAIN(TstPidFrame)
 #include "tst_pidframe.moc"

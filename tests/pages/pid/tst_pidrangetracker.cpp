@@ -90,5 +90,5 @@ private slots:
     }
 };
 
-LARK_TEST(TstPidRangeTracker)
+LARK_TEST_MAIN(TstPidRangeTracker)
 #include "tst_pidrangetracker.moc"

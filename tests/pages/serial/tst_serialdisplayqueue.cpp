@@ -189,5 +189,5 @@ void TstSerialDisplayQueue::aFollowedViewKeepsFollowingWhileSlicesGoIn()
     QCOMPARE(bar->value(), 0);
 }
 
-LARK_TEST(TstSerialDisplayQueue)
+LARK_TEST_MAIN(TstSerialDisplayQueue)
 #include "tst_serialdisplayqueue.moc"

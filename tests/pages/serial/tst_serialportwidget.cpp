@@ -678,5 +678,5 @@ void TstSerialportWidget::foldButtonHidesAndShowsTheSettings()
     QCOMPARE(fold->toolTip(), QString("隐藏配置界面"));
 }
 
-LARK_TEST(TstSerialportWidget)
+LARK_TEST_MAIN(TstSerialportWidget)
 #include "tst_serialportwidget.moc"

@@ -1,10 +1,13 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 
-#include <QApplication>
 #include <QDir>
+#include <QFile>
+
 #include <unistd.h>
 
-int main(int argc, char **argv)
+namespace LarkTest {
+
+void prepareEnvironment()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -14,7 +17,18 @@ int main(int argc, char **argv)
         QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("XDG_RUNTIME_DIR", dir.toLocal8Bit());
     }
-    QApplication app(argc, argv);
-    app.setAttribute(Qt::AA_Use96Dpi, true);
-    return LarkTest::runAll(argc, argv);
 }
+
+void cleanAppDirs()
+{
+    const QString base = QCoreApplication::applicationDirPath();
+    QDir(base + "/conf").removeRecursively();
+    QDir(base + "/download").removeRecursively();
+}
+
+QString dataPath(const QString &name)
+{
+    return QString::fromLatin1(LARK_TEST_DATA_DIR) + "/" + name;
+}
+
+} // namespace LarkTest

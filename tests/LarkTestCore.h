@@ -1,0 +1,42 @@
+#ifndef LARKTESTCORE_H
+#define LARKTESTCORE_H
+
+#include <QCoreApplication>
+#include <QString>
+#include <QTest>
+
+// What every test executable needs, widgets or not.
+namespace LarkTest {
+
+// Offscreen platform and a private runtime folder unless the caller chose otherwise.
+void prepareEnvironment();
+
+// Removes conf/ and download/ beside the test executable, so that a test starts as a
+// first start of the program would and leaves nothing for the next one.
+void cleanAppDirs();
+
+// Path of a file under tests/data.
+QString dataPath(const QString &name);
+
+template <class App, class Test>
+int runTest(int argc, char **argv)
+{
+    prepareEnvironment();
+    App app(argc, argv);
+    cleanAppDirs();
+    int rc;
+    {
+        Test test;
+        rc = QTest::qExec(&test, argc, argv);
+    }
+    cleanAppDirs();
+    return rc;
+}
+
+} // namespace LarkTest
+
+// main() of a test class that needs no widgets
+#define LARK_TEST_GUILESS_MAIN(Class) \
+    int main(int argc, char **argv) { return LarkTest::runTest<QCoreApplication, Class>(argc, argv); }
+
+#endif // LARKTESTCORE_H
