@@ -8,7 +8,7 @@
 #include "NumberTool.h"
 #include "QextSerialPort.h"
 #include "QtTerminalWidget.h"
-#include "SerialDisplayQueue.h"
+#include "QtRecvViewFeeder.h"
 #include "SerialportWidget.h"
 
 #include <QApplication>
@@ -181,7 +181,7 @@ BENCHMARK(BM_Paced400KBps)->ArgNames({"mode", "bytes", "slice"})
 // the gap between two ticks of a 10 ms timer less its interval (max_stall_ms).
 bool shownAll(const SerialportWidget &page)
 {
-    return page.recvBuffer().isEmpty() && !page.displayQueue()->isPending();
+    return page.recvBuffer().isEmpty() && !page.recvFeeder()->isPending();
 }
 
 void BM_ResumeAfterStoppedDisplay(benchmark::State &state)

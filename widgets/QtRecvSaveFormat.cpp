@@ -1,6 +1,9 @@
 #include "QtRecvSaveFormat.h"
 #include "MyApp.h"
 #include "NumberTool.h"
+#include "QtFileDialog.h"
+
+#include <QFile>
 
 QByteArray QtRecvSaveFormat::saveBytes(const QString &fileName, const QString &viewText)
 {
@@ -9,4 +12,27 @@ QByteArray QtRecvSaveFormat::saveBytes(const QString &fileName, const QString &v
     // a view taken in ASCII or with log tags goes through the same lenient
     // conversion; what is not hex text yields what the converter makes of it
     return NumberTool::hexStrToByteArray(viewText);
+}
+
+QtRecvSaveFormat::Notice QtRecvSaveFormat::save(QWidget *dialogParent, const QString &text, const QString &fileName)
+{
+    if (text.isEmpty())
+        return Notice();
+    QString name = fileName;
+    if (name.isEmpty()) {
+        QtFileDialog dialog(dialogParent);
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setNameFilter("*.txt;;*.bin");
+        if (dialog.exec() != QDialog::Accepted)
+            return Notice();
+        name = dialog.exitfile();
+        if (name.isEmpty())
+            return Notice();
+    }
+    QFile file(name);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+        return Notice("文件保存失败!", 255);
+    file.write(saveBytes(name, text));
+    file.close();
+    return Notice("文件保存完成!", 0);
 }

@@ -27,14 +27,6 @@ public:
     // the HEX view's text: runs on from the last chunk without a break or a tag
     static QString hexText(const QByteArray &data);
 
-    // The receive view's plain text as QTextDocument::toPlainText gives it back:
-    // every line or paragraph break (CR LF, CR, LF, U+2028, U+2029) becomes one LF,
-    // a no-break space a blank. The page keeps its full log in this form.
-    static QString viewPlainText(const QString &text);
-    // Where a tail of at most maxChars characters of text starts: at a line start if
-    // one lies close, else after a blank (hex bytes stay whole), else exactly.
-    static int tailStart(const QString &text, int maxChars);
-
     // a port field's number; text that is no port (not a number, out of range)
     // gives 0, with which listen and bind take any free port
     static quint16 portFromText(const QString &text);

@@ -3,18 +3,19 @@
 #include "NetworkMessageFormat.h"
 #include "QtRecvSaveFormat.h"
 #include "NumberTool.h"
-#include "QtFileDialog.h"
+#include "QtFoldButton.h"
+#include "QtRecvConfigGroup.h"
+#include "QtRecvViewFeeder.h"
 #include "QtMessageBox.h"
 #include "QtMessageTip.h"
 #include "QtSendBoxWidget.h"
+#include "QtSendConfigGroup.h"
 #include "StatusLabel.h"
 #include "TcpServer.h"
 #include "UiSkin.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -25,12 +26,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTcpSocket>
-#include <QElapsedTimer>
-#include <QTextBlock>
 #include <QTextBrowser>
-#include <QTextDocument>
-#include <QTimer>
-#include <QToolButton>
 #include <QUdpSocket>
 #include <QVBoxLayout>
 
@@ -83,20 +79,24 @@ void NetworkToolWidget::InitWidget()
 
     m_widgetConfig = InitConfigWidget();
 
-    m_btnFold = new QToolButton(this);
-    m_btnFold->setObjectName("btnFold");
-    m_btnFold->setFixedSize(6, 170);
-    m_btnFold->setCursor(Qt::PointingHandCursor);
-    m_btnFold->setToolTip("隐藏配置界面");
-    IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
+    m_btnFold = new QtFoldButton(m_widgetConfig, this);
 
     m_textRecv = new QTextBrowser(this);
     m_textRecv->setObjectName("textRecv");
     m_textRecv->setUndoRedoEnabled(false);
     m_textRecv->setPlaceholderText("数据接收区显示");
 
+    // The view holds the last RecvViewMaxChars characters: a text view lays out every
+    // character it holds, and a flood of hex (one endless paragraph) would otherwise
+    // cost more with every byte until the page froze. Saves take the whole text.
+    m_recvFeeder = new QtRecvViewFeeder(m_textRecv, this);
+    m_recvFeeder->setMaxViewChars(RecvViewMaxChars);
+    m_recvFeeder->setSliceChars(RecvViewMaxChars);
+    m_recvFeeder->setDelay(RecvViewDelayMs);
+    m_recvFeeder->setFollowEnd(true);
+
     m_sendBox = new QtSendBoxWidget(this, 3);
-    m_sendBox->m_chkAutoSend = m_chkAutoSend;
+    m_groupSend->bindSendBox(m_sendBox);
 
     QVBoxLayout *rightLayout = new QVBoxLayout();
     rightLayout->setContentsMargins(0, 0, 0, 0);
@@ -110,11 +110,6 @@ void NetworkToolWidget::InitWidget()
     layout->addWidget(m_widgetConfig);
     layout->addWidget(m_btnFold, 0, Qt::AlignVCenter);
     layout->addLayout(rightLayout, 1);
-
-    m_viewTimer = new QTimer(this);
-    m_viewTimer->setSingleShot(true);
-    m_viewTimer->setInterval(RecvViewDelayMs);
-    connect(m_viewTimer, SIGNAL(timeout()), this, SLOT(SltFlushRecvView()));
 
     connect(m_btnFold, SIGNAL(clicked()), this, SLOT(SltBtnFoldClicked()));
     connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltSendData(QByteArray)));
@@ -206,92 +201,31 @@ QWidget *NetworkToolWidget::InitConfigWidget()
     portLayout->addWidget(m_widgetUdpDest);
     portLayout->addLayout(openLayout);
 
-    // receive settings
-    QGroupBox *groupRecv = new QGroupBox("接收区设置", column);
-    m_rbtnRecvAscii = new QRadioButton("ASCII", groupRecv);
-    m_rbtnRecvAscii->setObjectName("rbtnRecvAscii");
-    m_rbtnRecvHex = new QRadioButton("HEX", groupRecv);
-    m_rbtnRecvHex->setObjectName("rbtnRecvHex");
-    m_rbtnRecvAscii->setChecked(true);
-    QButtonGroup *recvGroup = new QButtonGroup(groupRecv);
-    recvGroup->addButton(m_rbtnRecvAscii, 0);
-    recvGroup->addButton(m_rbtnRecvHex, 1);
-    m_chkStopShow = new QCheckBox("停止显示", groupRecv);
-    m_chkStopShow->setObjectName("chkStopShow");
+    QtRecvConfigGroup *groupRecv = new QtRecvConfigGroup(column);
+    m_rbtnRecvAscii = groupRecv->m_rbtnRecvAscii;
+    m_rbtnRecvHex = groupRecv->m_rbtnRecvHex;
+    m_chkStopShow = groupRecv->m_chkStopShow;
     // kept for the look of the serial page; the network view has no log tags
-    m_chkLogMode = new QCheckBox("日志模式", groupRecv);
-    m_chkLogMode->setObjectName("chkLogMode");
-    QPushButton *btnClear = new QPushButton("清空接收区", groupRecv);
-    QPushButton *btnSave = new QPushButton("保存到文件", groupRecv);
-
-    QGridLayout *recvLayout = new QGridLayout(groupRecv);
-    recvLayout->setContentsMargins(5, 5, 5, 5);
-    recvLayout->setSpacing(5);
-    recvLayout->addWidget(m_rbtnRecvAscii, 0, 0);
-    recvLayout->addWidget(m_rbtnRecvHex, 0, 1);
-    recvLayout->addWidget(m_chkStopShow, 1, 0);
-    recvLayout->addWidget(m_chkLogMode, 1, 1);
-    recvLayout->setRowStretch(2, 1);
-    recvLayout->addWidget(btnClear, 3, 0);
-    recvLayout->addWidget(btnSave, 3, 1);
-
-    // send settings
-    QGroupBox *groupSend = new QGroupBox("发送区设置", column);
-    m_cbxSendPage = new QComboBox(groupSend);
-    m_cbxSendPage->setObjectName("cbxSendPage");
-    m_cbxSendPage->addItems(QStringList() << "单项发送" << "多项发送");
-    m_edtAutoInterval = new QLineEdit("1000", groupSend);
-    m_edtAutoInterval->setObjectName("edtAutoInterval");
-    m_rbtnSendAscii = new QRadioButton("ASCII", groupSend);
-    m_rbtnSendAscii->setObjectName("rbtnSendAscii");
-    m_rbtnSendHex = new QRadioButton("HEX", groupSend);
-    m_rbtnSendHex->setObjectName("rbtnSendHex");
-    m_rbtnSendAscii->setChecked(true);
-    QButtonGroup *sendGroup = new QButtonGroup(groupSend);
-    sendGroup->addButton(m_rbtnSendAscii, 0);
-    sendGroup->addButton(m_rbtnSendHex, 1);
-    m_chkSendNewLine = new QCheckBox("发送新行", groupSend);
-    m_chkSendNewLine->setObjectName("chkSendNewLine");
-    m_chkAutoSend = new QCheckBox("自动发送", groupSend);
-    m_chkAutoSend->setObjectName("chkAutoSend");
-
-    QGridLayout *sendLayout = new QGridLayout(groupSend);
-    sendLayout->setContentsMargins(5, 5, 5, 5);
-    sendLayout->setSpacing(5);
-    sendLayout->addWidget(new QLabel("发送选项", groupSend), 0, 0);
-    sendLayout->addWidget(m_cbxSendPage, 0, 1, 1, 2);
-    sendLayout->addWidget(new QLabel("自动发送周期", groupSend), 1, 0);
-    sendLayout->addWidget(m_edtAutoInterval, 1, 1);
-    sendLayout->addWidget(new QLabel("ms", groupSend), 1, 2);
-    sendLayout->addWidget(m_rbtnSendAscii, 2, 0);
-    sendLayout->addWidget(m_rbtnSendHex, 2, 1);
-    sendLayout->addWidget(m_chkSendNewLine, 3, 0);
-    sendLayout->addWidget(m_chkAutoSend, 3, 1);
+    m_chkLogMode = groupRecv->m_chkLogMode;
+    m_groupSend = new QtSendConfigGroup(column);
 
     QVBoxLayout *columnLayout = new QVBoxLayout(column);
     columnLayout->setContentsMargins(2, 2, 2, 2);
     columnLayout->setSpacing(5);
     columnLayout->addWidget(groupPort);
     columnLayout->addWidget(groupRecv, 1);
-    columnLayout->addWidget(groupSend);
+    columnLayout->addWidget(m_groupSend);
 
     connect(m_cbxNetType, SIGNAL(currentIndexChanged(int)), this, SLOT(SltChangeNetType(int)));
     connect(m_btnOpen, SIGNAL(clicked()), this, SLOT(SltBtnOpenClicked()));
     connect(m_btnDisconnect, SIGNAL(clicked()), this, SLOT(SltDisconnectClient()));
-    connect(btnClear, SIGNAL(clicked()), this, SLOT(clearRecv()));
-    connect(btnSave, SIGNAL(clicked()), this, SLOT(SltSaveDataToFile()));
-    connect(m_cbxSendPage, SIGNAL(currentIndexChanged(int)), this, SLOT(SltChangeSendPage(int)));
-    connect(m_edtAutoInterval, SIGNAL(editingFinished()), this, SLOT(SltChangeAutoInterval()));
+    connect(groupRecv->m_btnClearRecv, SIGNAL(clicked()), this, SLOT(clearRecv()));
+    connect(groupRecv->m_btnSaveFile, SIGNAL(clicked()), this, SLOT(SltSaveDataToFile()));
     return column;
 }
 
 void NetworkToolWidget::InitNetwork()
 {
-    // the send box is built by now; its settings are wired here with the transports
-    connect(m_chkSendNewLine, SIGNAL(clicked(bool)), m_sendBox, SLOT(setNewline(bool)));
-    connect(m_chkAutoSend, SIGNAL(toggled(bool)), m_sendBox, SLOT(setAutoSend(bool)));
-    connect(m_rbtnSendAscii->group(), SIGNAL(buttonClicked(int)), m_sendBox, SLOT(setHexSend(int)));
-
     m_tcpServer = new TcpServer(this);
     connect(m_tcpServer, SIGNAL(signalClientConnected(QString)), this, SLOT(SltNewClientConnected(QString)));
     connect(m_tcpServer, SIGNAL(signalClientDisconnected(QString)), this, SLOT(SltClientDisconnected(QString)));
@@ -507,10 +441,11 @@ void NetworkToolWidget::SltRecvSocketMessage(QString name, QByteArray byData)
     if (m_chkStopShow->isChecked())
         return;
 
+    // hex runs on where the last text ended; a line is a paragraph of its own
     if (m_rbtnRecvHex->isChecked())
-        appendRecvView(NetworkMessageFormat::hexText(byData), false);
+        m_recvFeeder->appendText(NetworkMessageFormat::hexText(byData));
     else
-        appendRecvView(NetworkMessageFormat::asciiLine(name, byData), true);
+        m_recvFeeder->appendParagraph(NetworkMessageFormat::asciiLine(name, byData));
 }
 
 void NetworkToolWidget::SltReadyFromHost()
@@ -529,132 +464,39 @@ void NetworkToolWidget::SltReadyFromUdp()
     }
 }
 
-void NetworkToolWidget::appendRecvView(const QString &text, bool newParagraph)
-{
-    // an appended line starts a paragraph of its own unless nothing has been shown
-    // yet, as QTextEdit::append does; hex text runs on where the last text ended
-    QString piece;
-    if (newParagraph && !m_strRecvLog.isEmpty())
-        piece.append(QChar('\n'));
-    piece.append(text);
-    if (piece.isEmpty())
-        return;
-    m_strRecvLog.append(NetworkMessageFormat::viewPlainText(piece));
-    m_strPendingView.append(piece);
-    if (!m_viewTimer->isActive())
-        m_viewTimer->start();
-}
-
-void NetworkToolWidget::SltFlushRecvView()
-{
-    m_viewTimer->stop();
-    if (m_strPendingView.isEmpty())
-        return;
-    QElapsedTimer cost;
-    cost.start();
-
-    QString text;
-    text.swap(m_strPendingView);
-    if (text.size() >= RecvViewMaxChars) {
-        // all that stands in the view would be pushed out at once
-        text.remove(0, NetworkMessageFormat::tailStart(text, RecvViewMaxChars));
-        m_textRecv->clear();
-    }
-    // inserted as plain text: a board's "<b>" is shown as sent, not as markup
-    m_textRecv->moveCursor(QTextCursor::End);
-    m_textRecv->insertPlainText(text);
-    trimRecvView(RecvViewMaxChars);
-    m_textRecv->moveCursor(QTextCursor::End);
-
-    // the next drawing waits at least twice as long as this one took
-    m_viewTimer->setInterval(qBound(RecvViewDelayMs, int(cost.elapsed()) * 2, 1000));
-}
-
-void NetworkToolWidget::trimRecvView(int maxChars)
-{
-    QTextDocument *doc = m_textRecv->document();
-    const int total = doc->characterCount() - 1;
-    if (total <= maxChars)
-        return;
-    const int excess = total - maxChars;
-    const QTextBlock block = doc->findBlock(excess);
-    int cut = excess;
-    const int blockEnd = block.position() + block.length();
-    if (block.next().isValid() && blockEnd - excess <= maxChars / 4) {
-        // whole lines go
-        cut = blockEnd;
-    } else {
-        // inside a long paragraph, as hex runs on: cut after a blank
-        const int inBlock = excess - block.position();
-        const int blank = block.text().indexOf(QChar(' '), qMax(0, inBlock - 1));
-        if (blank >= 0 && blank - inBlock < 16)
-            cut = block.position() + blank + 1;
-    }
-    QTextCursor cursor(doc);
-    cursor.setPosition(0);
-    cursor.setPosition(cut, QTextCursor::KeepAnchor);
-    cursor.removeSelectedText();
-}
-
 QString NetworkToolWidget::recvText()
 {
-    return m_strRecvLog;
+    return m_recvFeeder->plainText();
 }
 
 void NetworkToolWidget::clearRecv()
 {
-    m_viewTimer->stop();
-    m_strPendingView.clear();
-    m_strRecvLog.clear();
-    m_textRecv->clear();
+    m_recvFeeder->clear();
 }
 
 void NetworkToolWidget::SltChangeSendPage(int index)
 {
-    m_sendBox->setCurrentPage(1 << index);
+    m_groupSend->SltChangeSendPage(index);
 }
 
 void NetworkToolWidget::SltBtnFoldClicked()
 {
-    m_widgetConfig->setVisible(!m_widgetConfig->isVisible());
-    if (m_widgetConfig->isVisible()) {
-        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
-        m_btnFold->setToolTip("隐藏配置界面");
-    } else {
-        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6AF), 8);
-        m_btnFold->setToolTip("显示配置界面");
-    }
+    m_btnFold->SltBtnFoldClicked();
 }
 
 void NetworkToolWidget::SltChangeAutoInterval()
 {
-    m_sendBox->setAutoInterval(m_edtAutoInterval->text().toInt());
+    m_groupSend->SltChangeAutoInterval();
 }
 
 void NetworkToolWidget::SltSaveDataToFile()
 {
-    if (recvText().isEmpty())
-        return;
-    QtFileDialog dialog(this);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilter("*.txt;;*.bin");
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString fileName = dialog.exitfile();
-    if (fileName.isEmpty())
-        return;
-    saveDataToFile(fileName);
+    saveDataToFile(QString());
 }
 
 void NetworkToolWidget::saveDataToFile(const QString &fileName)
 {
-    const QString text = recvText();
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
-        emit signalNotify("文件保存失败!", 255);
-        return;
-    }
-    file.write(QtRecvSaveFormat::saveBytes(fileName, text));
-    file.close();
-    emit signalNotify("文件保存完成!", 0);
+    const QtRecvSaveFormat::Notice notice = QtRecvSaveFormat::save(this, recvText(), fileName);
+    if (!notice.first.isEmpty())
+        emit signalNotify(notice.first, notice.second);
 }

@@ -15,10 +15,11 @@ class QPushButton;
 class QRadioButton;
 class QTcpSocket;
 class QTextBrowser;
-class QTimer;
-class QToolButton;
 class QUdpSocket;
+class QtFoldButton;
+class QtRecvViewFeeder;
 class QtSendBoxWidget;
+class QtSendConfigGroup;
 class StatusLabel;
 class TcpServer;
 
@@ -40,13 +41,13 @@ public:
     QStringList getCounts() override;
     void clearCounts() override;
 
-    // what follows the save dialog: writes the receive view to fileName, as text in
-    // the text codec for "...txt", else as the bytes its hex text stands for
+    // "保存到文件" with the file name already chosen (an empty name asks for one)
     void saveDataToFile(const QString &fileName);
     // all text received for display since the last clear, as the view's plain text
     // (the view shows the last RecvViewMaxChars characters of it)
     QString recvText();
     QTextBrowser *recvView() const { return m_textRecv; }
+    QtRecvViewFeeder *recvFeeder() const { return m_recvFeeder; }
 
     quint64 sendCount() const { return m_sendCount; }
     quint64 recvCount() const { return m_recvCount; }
@@ -73,9 +74,6 @@ public slots:
     void SltReadyFromHost();
     void SltReadyFromUdp();
 
-private slots:
-    void SltFlushRecvView();
-
 private:
     void InitWidget();
     void InitNetwork();
@@ -83,11 +81,9 @@ private:
     void StartTcpServer();
     void StartTcpClient();
     void StartUdpSocket();
-    void appendRecvView(const QString &text, bool newParagraph);
-    void trimRecvView(int maxChars);
 
     QWidget *m_widgetConfig;
-    QToolButton *m_btnFold;
+    QtFoldButton *m_btnFold;
 
     QComboBox *m_cbxNetType;
     QComboBox *m_cbxAddress;
@@ -110,12 +106,7 @@ private:
     QCheckBox *m_chkStopShow;
     QCheckBox *m_chkLogMode;
 
-    QComboBox *m_cbxSendPage;
-    QLineEdit *m_edtAutoInterval;
-    QRadioButton *m_rbtnSendAscii;
-    QRadioButton *m_rbtnSendHex;
-    QCheckBox *m_chkSendNewLine;
-    QCheckBox *m_chkAutoSend;
+    QtSendConfigGroup *m_groupSend;
 
     QTextBrowser *m_textRecv;
     QtSendBoxWidget *m_sendBox;
@@ -126,16 +117,7 @@ private:
     QTcpSocket *m_tcpSocket;
     QUdpSocket *m_udpSocket;
 
-    // Everything shown since the last clear, as the view's plain text; saves write
-    // this. The view itself holds only the last RecvViewMaxChars characters: a text
-    // view lays out every character it holds, and a flood of hex (one endless
-    // paragraph) would otherwise cost more with every byte until the page froze.
-    QString m_strRecvLog;
-    // Received text waits here and is drawn in one insertion per turn of the timer;
-    // the timer's pause grows with the cost of the last drawing, so that a flood
-    // never takes the event loop for itself.
-    QString m_strPendingView;
-    QTimer *m_viewTimer;
+    QtRecvViewFeeder *m_recvFeeder;
 };
 
 #endif // NETWORKTOOLWIDGET_H

@@ -1,30 +1,28 @@
 #include "SerialportWidget.h"
-#include "IconHelper.h"
 #include "MyApp.h"
 #include "NumberTool.h"
 #include "QextSerialPort.h"
-#include "QtFileDialog.h"
+#include "QtFoldButton.h"
+#include "QtRecvConfigGroup.h"
 #include "QtRecvSaveFormat.h"
+#include "QtRecvViewFeeder.h"
 #include "QtSendBoxWidget.h"
+#include "QtSendConfigGroup.h"
+#include "QtSerialConfigLists.h"
 #include "QtTerminalWidget.h"
-#include "SerialDisplayQueue.h"
 #include "SerialRecvRule.h"
 #include "StatusLabel.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTime>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 SerialportWidget::SerialportWidget(QWidget *parent)
@@ -106,80 +104,24 @@ QWidget *SerialportWidget::InitConfigColumn()
     gridPort->addWidget(m_btnOpen, names.size(), 1);
     gridPort->setColumnStretch(1, 1);
 
-    // receive settings
-    QGroupBox *groupRecv = new QGroupBox("接收区设置", column);
-    m_rbtnRecvAscii = new QRadioButton("ASCII", groupRecv);
-    m_rbtnRecvAscii->setObjectName("rbtnRecvAscii");
-    m_rbtnRecvAscii->setChecked(true);
-    m_rbtnRecvHex = new QRadioButton("HEX", groupRecv);
-    m_rbtnRecvHex->setObjectName("rbtnRecvHex");
-    QButtonGroup *groupRecvFormat = new QButtonGroup(groupRecv);
-    groupRecvFormat->addButton(m_rbtnRecvAscii, 0);
-    groupRecvFormat->addButton(m_rbtnRecvHex, 1);
-    m_chkStopShow = new QCheckBox("停止显示", groupRecv);
-    m_chkStopShow->setObjectName("chkStopShow");
-    m_chkLogMode = new QCheckBox("日志模式", groupRecv);
-    m_chkLogMode->setObjectName("chkLogMode");
-    QPushButton *btnClearRecv = new QPushButton("清空接收区", groupRecv);
-    btnClearRecv->setObjectName("btnClearRecv");
-    QPushButton *btnSaveFile = new QPushButton("保存到文件", groupRecv);
-    btnSaveFile->setObjectName("btnSaveFile");
-
-    QGridLayout *gridRecv = new QGridLayout(groupRecv);
-    gridRecv->setContentsMargins(5, 5, 5, 5);
-    gridRecv->setSpacing(5);
-    gridRecv->addWidget(m_rbtnRecvAscii, 0, 0);
-    gridRecv->addWidget(m_rbtnRecvHex, 0, 1);
-    gridRecv->addWidget(m_chkStopShow, 1, 0);
-    gridRecv->addWidget(m_chkLogMode, 1, 1);
-    gridRecv->setRowStretch(2, 1);
-    gridRecv->addWidget(btnClearRecv, 3, 0);
-    gridRecv->addWidget(btnSaveFile, 3, 1);
-
-    // send settings
-    QGroupBox *groupSend = new QGroupBox("发送区设置", column);
-    m_cbxSendOption = new QComboBox(groupSend);
-    m_cbxSendOption->setObjectName("cbxSendOption");
-    m_cbxSendOption->addItems({"单项发送", "多项发送"});
-    m_edtAutoInterval = new QLineEdit("1000", groupSend);
-    m_edtAutoInterval->setObjectName("edtAutoInterval");
-    m_rbtnSendAscii = new QRadioButton("ASCII", groupSend);
-    m_rbtnSendAscii->setObjectName("rbtnSendAscii");
-    m_rbtnSendAscii->setChecked(true);
-    m_rbtnSendHex = new QRadioButton("HEX", groupSend);
-    m_rbtnSendHex->setObjectName("rbtnSendHex");
-    QButtonGroup *groupSendFormat = new QButtonGroup(groupSend);
-    groupSendFormat->addButton(m_rbtnSendAscii, 0);
-    groupSendFormat->addButton(m_rbtnSendHex, 1);
-    m_chkSendNewLine = new QCheckBox("发送新行", groupSend);
-    m_chkSendNewLine->setObjectName("chkSendNewLine");
-    m_chkAutoSend = new QCheckBox("自动发送", groupSend);
-    m_chkAutoSend->setObjectName("chkAutoSend");
-
-    QGridLayout *gridSend = new QGridLayout(groupSend);
-    gridSend->setContentsMargins(5, 5, 5, 5);
-    gridSend->setSpacing(5);
-    gridSend->addWidget(new QLabel("发送选项", groupSend), 0, 0);
-    gridSend->addWidget(m_cbxSendOption, 0, 1, 1, 2);
-    gridSend->addWidget(new QLabel("自动发送周期", groupSend), 1, 0);
-    gridSend->addWidget(m_edtAutoInterval, 1, 1);
-    gridSend->addWidget(new QLabel("ms", groupSend), 1, 2);
-    gridSend->addWidget(m_rbtnSendAscii, 2, 0);
-    gridSend->addWidget(m_rbtnSendHex, 2, 1);
-    gridSend->addWidget(m_chkSendNewLine, 3, 0);
-    gridSend->addWidget(m_chkAutoSend, 3, 1);
+    QtRecvConfigGroup *groupRecv = new QtRecvConfigGroup(column);
+    m_rbtnRecvAscii = groupRecv->m_rbtnRecvAscii;
+    m_rbtnRecvHex = groupRecv->m_rbtnRecvHex;
+    m_chkStopShow = groupRecv->m_chkStopShow;
+    m_chkLogMode = groupRecv->m_chkLogMode;
+    m_groupSend = new QtSendConfigGroup(column);
+    m_edtAutoInterval = m_groupSend->m_edtAutoInterval;
 
     QVBoxLayout *layout = new QVBoxLayout(column);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->setSpacing(5);
     layout->addWidget(groupPort);
     layout->addWidget(groupRecv, 1);
-    layout->addWidget(groupSend);
+    layout->addWidget(m_groupSend);
 
     connect(m_btnOpen, SIGNAL(clicked()), this, SLOT(SltOpenSerialport()));
-    connect(btnClearRecv, SIGNAL(clicked()), this, SLOT(clearRecv()));
-    connect(btnSaveFile, SIGNAL(clicked()), this, SLOT(SltSaveDataToFile()));
-    m_sendFormatGroup = groupSendFormat;
+    connect(groupRecv->m_btnClearRecv, SIGNAL(clicked()), this, SLOT(clearRecv()));
+    connect(groupRecv->m_btnSaveFile, SIGNAL(clicked()), this, SLOT(SltSaveDataToFile()));
     return column;
 }
 
@@ -187,19 +129,13 @@ void SerialportWidget::InitWidget()
 {
     setObjectName("SerialportWidget");
     m_widgetConfig = InitConfigColumn();
-
-    m_btnFold = new QToolButton(this);
-    m_btnFold->setObjectName("btnFold");
-    m_btnFold->setFixedSize(6, 170);
-    m_btnFold->setCursor(Qt::PointingHandCursor);
-    m_btnFold->setToolTip("隐藏配置界面");
-    IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
+    m_btnFold = new QtFoldButton(m_widgetConfig, this);
 
     m_terminal = new QtTerminalWidget(this);
     m_terminal->setPlaceholderText("数据接收区显示");
-    m_displayQueue = new SerialDisplayQueue(m_terminal, this);
+    m_recvFeeder = new QtRecvViewFeeder(m_terminal, this);
     m_sendBox = new QtSendBoxWidget(this, 7);
-    m_sendBox->m_chkAutoSend = m_chkAutoSend;
+    m_groupSend->bindSendBox(m_sendBox);
 
     QVBoxLayout *right = new QVBoxLayout();
     right->setContentsMargins(0, 0, 0, 0);
@@ -218,24 +154,11 @@ void SerialportWidget::InitWidget()
     connect(m_recvTimer, SIGNAL(timeout()), this, SLOT(SltRecvFromSerialport()));
     connect(m_serialport, SIGNAL(readyRead()), this, SLOT(SltRecvFromSerialport()));
     connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltWriteDataToSerialport(QByteArray)));
-    connect(m_sendFormatGroup, SIGNAL(buttonClicked(int)), m_sendBox, SLOT(setHexSend(int)));
-    connect(m_chkSendNewLine, SIGNAL(clicked(bool)), m_sendBox, SLOT(setNewline(bool)));
-    connect(m_chkAutoSend, SIGNAL(toggled(bool)), m_sendBox, SLOT(setAutoSend(bool)));
-    connect(m_cbxSendOption, SIGNAL(currentIndexChanged(int)), this, SLOT(SltChangeSendPage(int)));
-    connect(m_edtAutoInterval, SIGNAL(editingFinished()), this, SLOT(SltChangeAutoInterval()));
 }
 
 void SerialportWidget::InitSerialPortConfig()
 {
-    m_cbxBaud->addItems({"2400", "4800", "9600", "19200", "38400", "57600", "115200",
-                         "128000", "230400", "256000", "460800"});
-    m_cbxBaud->setCurrentIndex(6);
-    m_cbxDataBits->addItems({"5", "6", "7", "8"});
-    m_cbxDataBits->setCurrentIndex(3);
-    m_cbxStopBits->addItems({"1", "2"});
-    m_cbxStopBits->setCurrentIndex(0);
-    m_cbxParity->addItems({"无", "奇", "偶"});
-    m_cbxParity->setCurrentIndex(0);
+    QtSerialConfigLists::fill(m_cbxBaud, m_cbxParity, m_cbxDataBits, m_cbxStopBits);
 }
 
 void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
@@ -260,7 +183,7 @@ void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
 void SerialportWidget::clearRecv()
 {
     // what is not shown yet goes too; m_recvBuffer stays (see CloseSerialport)
-    m_displayQueue->clear();
+    m_recvFeeder->clear();
     m_terminal->clearTerminal();
 }
 
@@ -347,8 +270,8 @@ void SerialportWidget::parseSerialportData(QByteArray data)
     // was held while display was stopped, starts to show now and goes on over the
     // next turns of the event loop, so the window keeps responding meanwhile.
     if (m_chkLogMode->isChecked())
-        m_displayQueue->appendParagraph(SerialRecvRule::logTag(QTime::currentTime(), m_rbtnRecvAscii->isChecked()));
-    m_displayQueue->appendParagraph(text);
+        m_recvFeeder->appendParagraph(SerialRecvRule::logTag(QTime::currentTime(), m_rbtnRecvAscii->isChecked()));
+    m_recvFeeder->appendParagraph(text);
     m_recvBuffer.clear();
 }
 
@@ -358,52 +281,28 @@ void SerialportWidget::SltDelayChanged()
 
 void SerialportWidget::SltBtnFoldClicked()
 {
-    m_widgetConfig->setVisible(!m_widgetConfig->isVisible());
-    if (m_widgetConfig->isVisible()) {
-        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6A7), 8);
-        m_btnFold->setToolTip("隐藏配置界面");
-    } else {
-        IconHelper::Instance()->setIcon(m_btnFold, QChar(0xE6AF), 8);
-        m_btnFold->setToolTip("显示配置界面");
-    }
+    m_btnFold->SltBtnFoldClicked();
 }
 
 void SerialportWidget::SltChangeSendPage(int index)
 {
-    m_sendBox->setCurrentPage(1 << index);
+    m_groupSend->SltChangeSendPage(index);
 }
 
 void SerialportWidget::SltChangeAutoInterval()
 {
-    m_sendBox->setAutoInterval(m_edtAutoInterval->text().toInt());
+    m_groupSend->SltChangeAutoInterval();
 }
 
 void SerialportWidget::SltSaveDataToFile()
 {
-    // the view's text and what still waits to be shown in it
-    const QString text = m_displayQueue->plainText();
-    if (text.isEmpty())
-        return;
-    QtFileDialog dialog(this);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilter("*.txt;;*.bin");
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString fileName = dialog.exitfile();
-    if (fileName.isEmpty())
-        return;
-    saveDataToFile(fileName, text);
+    saveDataToFile(QString());
 }
 
-bool SerialportWidget::saveDataToFile(const QString &fileName, const QString &text)
+void SerialportWidget::saveDataToFile(const QString &fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
-        emit signalNotify("文件保存失败!", 255);
-        return false;
-    }
-    file.write(QtRecvSaveFormat::saveBytes(fileName, text));
-    file.close();
-    emit signalNotify("文件保存完成!", 0);
-    return true;
+    // the whole text received since the last clear, also what is not shown yet
+    const QtRecvSaveFormat::Notice notice = QtRecvSaveFormat::save(this, m_recvFeeder->plainText(), fileName);
+    if (!notice.first.isEmpty())
+        emit signalNotify(notice.first, notice.second);
 }

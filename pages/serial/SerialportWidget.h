@@ -6,17 +6,17 @@
 #include <QByteArray>
 #include <QStringList>
 
-class QButtonGroup;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
 class QTimer;
-class QToolButton;
 class QextSerialPort;
-class SerialDisplayQueue;
+class QtFoldButton;
+class QtRecvViewFeeder;
 class QtSendBoxWidget;
+class QtSendConfigGroup;
 class QtTerminalWidget;
 class StatusLabel;
 
@@ -36,13 +36,12 @@ public:
 
     void CloseSerialport();
     void parseSerialportData(QByteArray data);
-    // what follows the save dialog: write text to fileName, raw bytes for a name not
-    // ending in "txt"; notifies the outcome
-    bool saveDataToFile(const QString &fileName, const QString &text);
+    // "保存到文件" with the file name already chosen (an empty name asks for one)
+    void saveDataToFile(const QString &fileName);
 
     QextSerialPort *serialport() const { return m_serialport; }
     QtTerminalWidget *terminal() const { return m_terminal; }
-    SerialDisplayQueue *displayQueue() const { return m_displayQueue; }
+    QtRecvViewFeeder *recvFeeder() const { return m_recvFeeder; }
     QtSendBoxWidget *sendBox() const { return m_sendBox; }
     QByteArray recvBuffer() const { return m_recvBuffer; }
     quint32 sendCount() const { return m_sendCount; }
@@ -66,7 +65,7 @@ private:
     QWidget *InitConfigColumn();
 
     QWidget *m_widgetConfig;
-    QToolButton *m_btnFold;
+    QtFoldButton *m_btnFold;
 
     QComboBox *m_cbxPort;
     QComboBox *m_cbxBaud;
@@ -81,16 +80,11 @@ private:
     QCheckBox *m_chkStopShow;
     QCheckBox *m_chkLogMode;
 
-    QComboBox *m_cbxSendOption;
+    QtSendConfigGroup *m_groupSend;
     QLineEdit *m_edtAutoInterval;
-    QRadioButton *m_rbtnSendAscii;
-    QRadioButton *m_rbtnSendHex;
-    QCheckBox *m_chkSendNewLine;
-    QCheckBox *m_chkAutoSend;
-    QButtonGroup *m_sendFormatGroup;
 
     QtTerminalWidget *m_terminal;
-    SerialDisplayQueue *m_displayQueue;
+    QtRecvViewFeeder *m_recvFeeder;
     QtSendBoxWidget *m_sendBox;
 
     quint32 m_sendCount;

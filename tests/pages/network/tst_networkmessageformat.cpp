@@ -5,8 +5,6 @@
 
 #include <QTest>
 #include <QTextCodec>
-#include <QTextCursor>
-#include <QTextDocument>
 
 // The receive view's lines and the page's field parsing, without a window.
 class TstNetworkMessageFormat : public QObject
@@ -84,49 +82,6 @@ private slots:
     {
         QCOMPARE(NetworkMessageFormat::hexText(QByteArray("\x01\xAB\r\n", 4)), QString("01 AB 0D 0A "));
         QCOMPARE(NetworkMessageFormat::hexText(QByteArray()), QString());
-    }
-
-    void viewPlainTextIsWhatTheViewGivesBack_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("plain") << "abc";
-        QTest::newRow("CR LF inside") << "a\r\nb";
-        QTest::newRow("lone CR") << "a\rb\r";
-        QTest::newRow("LF CR") << "a\n\rb";
-        QTest::newRow("separators") << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c";
-        QTest::newRow("no-break space") << QString("a") + QChar(0x00A0) + "b";
-        QTest::newRow("tabs and NUL") << QString("a\tb") + QChar(0) + "c";
-    }
-
-    void viewPlainTextIsWhatTheViewGivesBack()
-    {
-        QFETCH(QString, text);
-        QTextDocument doc;
-        QTextCursor cursor(&doc);
-        cursor.insertText(text);
-        QCOMPARE(NetworkMessageFormat::viewPlainText(text), doc.toPlainText());
-    }
-
-    void tailStartKeepsLinesAndBytesWhole_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("maxChars");
-        QTest::addColumn<QString>("tail");
-        QTest::newRow("fits") << "abc" << 3 << "abc";
-        QTest::newRow("line start close by") << "aaaa\nbbbbbbbbbbbbbbb" << 18 << "bbbbbbbbbbbbbbb";
-        QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
-        QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
-        QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
-        QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
-        QTest::newRow("nothing allowed") << "abc" << 0 << "";
-    }
-
-    void tailStartKeepsLinesAndBytesWhole()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, maxChars);
-        QFETCH(QString, tail);
-        QCOMPARE(text.mid(NetworkMessageFormat::tailStart(text, maxChars)), tail);
     }
 
     void udpSenderNameShowsMappedIpv4AsIpv4_data()

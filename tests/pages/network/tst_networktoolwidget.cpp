@@ -716,6 +716,7 @@ private slots:
     {
         NetworkToolWidget page;
         QSignalSpy notify(&page, SIGNAL(signalNotify(QString,int)));
+        page.SltRecvSocketMessage("c", "data");
         page.saveDataToFile("/nonexistent-dir/recv.txt");
         QCOMPARE(notify.count(), 1);
         QCOMPARE(notify.at(0).at(0).toString(), QString("文件保存失败!"));

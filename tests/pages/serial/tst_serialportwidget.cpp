@@ -7,7 +7,7 @@
 #include "QtFileDialog.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
-#include "SerialDisplayQueue.h"
+#include "QtRecvViewFeeder.h"
 #include "SerialRecvRule.h"
 #include "SerialportWidget.h"
 #include "StatusLabel.h"
@@ -459,7 +459,7 @@ void TstSerialportWidget::saveRoundTripsTextAndRawBytes()
     const QByteArray bytes = allBytes();
     QVERIFY(rig.pty.boardWrite(bytes));
     QTRY_COMPARE(rig.page.recvCount(), quint32(bytes.size()));
-    QVERIFY(rig.page.saveDataToFile(dir + "x.bin", rig.shown()));
+    rig.page.saveDataToFile(dir + "x.bin");
     QCOMPARE(lastNotify(rig.notify), QString("文件保存完成!"));
     QFile bin(dir + "x.bin");
     QVERIFY(bin.open(QIODevice::ReadOnly));
@@ -469,16 +469,10 @@ void TstSerialportWidget::saveRoundTripsTextAndRawBytes()
     rig.child<QRadioButton>("rbtnRecvAscii")->click();
     QVERIFY(rig.boardSendsOneRead("\xD6\xD0\xCE\xC4 ok"));
     QTRY_COMPARE(rig.shown(), QString("中文 ok"));
-    QVERIFY(rig.page.saveDataToFile(dir + "x.txt", rig.shown()));
+    rig.page.saveDataToFile(dir + "x.txt");
     QFile txt(dir + "x.txt");
     QVERIFY(txt.open(QIODevice::ReadOnly));
     QCOMPARE(txt.readAll(), QByteArray("\xD6\xD0\xCE\xC4 ok"));
-
-    // a ".TXT" is no text save: the view goes through the hex conversion
-    QVERIFY(rig.page.saveDataToFile(dir + "y.TXT", "41 42"));
-    QFile upper(dir + "y.TXT");
-    QVERIFY(upper.open(QIODevice::ReadOnly));
-    QCOMPARE(upper.readAll(), QByteArray("AB"));
 }
 
 void TstSerialportWidget::saveChosenInTheRealDialog()
@@ -488,7 +482,7 @@ void TstSerialportWidget::saveChosenInTheRealDialog()
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
     const QString base = dir.filePath("received");
-    page.terminal()->append("41 42 43");
+    page.recvFeeder()->appendParagraph("41 42 43");
     LarkTest::answerNextFileDialog(base, "*.bin");
     page.SltSaveDataToFile();
     QFile bin(base + ".bin");
@@ -506,7 +500,8 @@ void TstSerialportWidget::saveToAnUnwritablePathIsAnError()
 {
     SerialportWidget page;
     QSignalSpy notify(&page, SIGNAL(signalNotify(QString, int)));
-    QVERIFY(!page.saveDataToFile("/nonexistent-dir/x.txt", "data"));
+    page.recvFeeder()->appendParagraph("data");
+    page.saveDataToFile("/nonexistent-dir/x.txt");
     QCOMPARE(lastNotify(notify), QString("文件保存失败!"));
     QCOMPARE(lastLevel(notify), 255);
 }
@@ -597,8 +592,8 @@ void TstSerialportWidget::heldBlockShowsWhollyAndInOrderAfterResume()
     QVERIFY(rig.boardSendsOneRead("tail"));
     // text lines go in over many turns, so the tail came while they did; hex text is
     // one line, which goes in whole with the read
-    QCOMPARE(rig.page.displayQueue()->isPending(), !hex);
-    QTRY_VERIFY_WITH_TIMEOUT(!rig.page.displayQueue()->isPending(), 30000);
+    QCOMPARE(rig.page.recvFeeder()->isPending(), !hex);
+    QTRY_VERIFY_WITH_TIMEOUT(!rig.page.recvFeeder()->isPending(), 30000);
     QVERIFY(rig.shown() == shownWhole({held + "!", "tail"}, hex));
 }
 
@@ -608,10 +603,10 @@ void TstSerialportWidget::chunksArrivingWhileABlockIsShownQueueBehindIt()
     page.findChild<QCheckBox *>("chkLogMode")->setChecked(true);
     const QByteArray block = boardLines(256 * 1024);
     page.parseSerialportData(block);
-    QVERIFY(page.displayQueue()->isPending());
+    QVERIFY(page.recvFeeder()->isPending());
     page.findChild<QRadioButton *>("rbtnRecvHex")->click();
     page.parseSerialportData("ab");
-    QTRY_VERIFY(!page.displayQueue()->isPending());
+    QTRY_VERIFY(!page.recvFeeder()->isPending());
 
     // tag, block, tag, hex of the later chunk: in the order they came
     const QString shown = page.terminal()->toPlainText();
@@ -634,9 +629,9 @@ void TstSerialportWidget::clearingDropsWhatIsNotShownYet()
 {
     SerialportWidget page;
     page.parseSerialportData(boardLines(256 * 1024));
-    QVERIFY(page.displayQueue()->isPending());
+    QVERIFY(page.recvFeeder()->isPending());
     page.findChild<QPushButton *>("btnClearRecv")->click();
-    QVERIFY(!page.displayQueue()->isPending());
+    QVERIFY(!page.recvFeeder()->isPending());
     QVERIFY(page.terminal()->toPlainText().isEmpty());
     page.parseSerialportData("after");
     QCOMPARE(page.terminal()->toPlainText(), QString("after"));
@@ -650,10 +645,10 @@ void TstSerialportWidget::saveWhileABlockIsShownWritesAllOfIt()
     const QByteArray block = boardLines(512 * 1024);
     page.parseSerialportData(block);
     page.parseSerialportData("tail");
-    QVERIFY(page.displayQueue()->isPending());
+    QVERIFY(page.recvFeeder()->isPending());
     LarkTest::answerNextFileDialog(dir.filePath("received"), "*.txt");
     page.SltSaveDataToFile();
-    QTRY_VERIFY(!page.displayQueue()->isPending());
+    QTRY_VERIFY(!page.recvFeeder()->isPending());
     QFile txt(dir.filePath("received.txt"));
     QVERIFY(txt.open(QIODevice::ReadOnly));
     const QString saved = MyApp::toUnicode(txt.readAll());

@@ -1,5 +1,5 @@
 #include "LarkTest.h"
-#include "SerialDisplayQueue.h"
+#include "QtRecvViewFeeder.h"
 
 #include <QScrollBar>
 #include <QTextBlock>
@@ -43,7 +43,7 @@ QString lines(const QString &line, int count)
 
 } // namespace
 
-class TstSerialDisplayQueue : public QObject
+class TstQtRecvViewFeeder : public QObject
 {
     Q_OBJECT
 private slots:
@@ -52,9 +52,14 @@ private slots:
     void slicesEndAfterALineUnlessTheLineIsLongerThanASlice();
     void clearDropsWhatIsNotShownAndFlushShowsTheRest();
     void aFollowedViewKeepsFollowingWhileSlicesGoIn();
+    void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything();
+    void plainTextOfIsWhatTheViewGivesBack_data();
+    void plainTextOfIsWhatTheViewGivesBack();
+    void tailStartKeepsLinesAndBytesWhole_data();
+    void tailStartKeepsLinesAndBytesWhole();
 };
 
-void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould_data()
+void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QStringList>("paragraphs");
@@ -85,7 +90,7 @@ void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould_data()
 
 // The view ends with the same text and the same paragraphs as if each paragraph had
 // gone in whole, and while slices are pending, plainText already reads that way.
-void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould()
+void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould()
 {
     QFETCH(QString, before);
     QFETCH(QStringList, paragraphs);
@@ -95,14 +100,14 @@ void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould()
     whole.setReadOnly(true);
     QTextEdit sliced;
     sliced.setReadOnly(true);
+    QtRecvViewFeeder queue(&sliced);
     if (!before.isEmpty()) {
         appendWhole(&whole, before);
-        appendWhole(&sliced, before);
+        queue.appendParagraph(before);
     }
     for (const QString &p : paragraphs)
         appendWhole(&whole, p);
 
-    SerialDisplayQueue queue(&sliced);
     queue.setSliceChars(slice);
     for (const QString &p : paragraphs)
         queue.appendParagraph(p);
@@ -111,7 +116,7 @@ void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould()
 
     // part way: the view has begun, the rest reads on from it
     QVERIFY(sliced.toPlainText().size() > before.size());
-    QMetaObject::invokeMethod(&queue, "SltShowNextSlice");
+    QMetaObject::invokeMethod(&queue, "SltShowSlice");
     QCOMPARE(queue.plainText(), whole.toPlainText());
 
     QTRY_VERIFY(!queue.isPending());
@@ -120,10 +125,10 @@ void TstSerialDisplayQueue::slicedParagraphsReadAsWholeAppendsWould()
     QCOMPARE(queue.plainText(), whole.toPlainText());
 }
 
-void TstSerialDisplayQueue::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
+void TstQtRecvViewFeeder::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
 {
     QTextEdit view;
-    SerialDisplayQueue queue(&view);
+    QtRecvViewFeeder queue(&view);
     queue.setSliceChars(10);
     // the first slice goes in with the call: whole lines up to the budget
     queue.appendParagraph("abc\ndef\nghijkl\n" + QString(25, 'L') + "\nz");
@@ -132,7 +137,7 @@ void TstSerialDisplayQueue::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
     // the next slices, one turn each: a line that fits no slice goes alone, whole
     QList<int> pending;
     while (queue.isPending()) {
-        QMetaObject::invokeMethod(&queue, "SltShowNextSlice");
+        QMetaObject::invokeMethod(&queue, "SltShowSlice");
         pending << queue.pendingChars();
     }
     QCOMPARE(pending, (QList<int>{26 + 1, 1, 0}));
@@ -144,17 +149,17 @@ void TstSerialDisplayQueue::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
     QVERIFY(view.toPlainText().endsWith("z\nnext"));
 }
 
-void TstSerialDisplayQueue::clearDropsWhatIsNotShownAndFlushShowsTheRest()
+void TstQtRecvViewFeeder::clearDropsWhatIsNotShownAndFlushShowsTheRest()
 {
     QTextEdit view;
-    SerialDisplayQueue queue(&view);
+    QtRecvViewFeeder queue(&view);
     queue.setSliceChars(8);
     const QString text = lines("%1\n", 100);
     queue.appendParagraph(text);
     queue.appendParagraph("after");
     QVERIFY(queue.isPending());
-    view.clear();
     queue.clear();
+    QCOMPARE(view.toPlainText(), QString());
     QVERIFY(!queue.isPending());
     QCOMPARE(queue.plainText(), QString());
     // nothing of the dropped paragraphs comes back later
@@ -168,13 +173,13 @@ void TstSerialDisplayQueue::clearDropsWhatIsNotShownAndFlushShowsTheRest()
     QCOMPARE(view.toPlainText(), "fresh\n" + text + "\nafter");
 }
 
-void TstSerialDisplayQueue::aFollowedViewKeepsFollowingWhileSlicesGoIn()
+void TstQtRecvViewFeeder::aFollowedViewKeepsFollowingWhileSlicesGoIn()
 {
     QTextEdit view;
     view.setReadOnly(true);
     view.resize(300, 200);
     view.show();
-    SerialDisplayQueue queue(&view);
+    QtRecvViewFeeder queue(&view);
     queue.setSliceChars(256);
     queue.appendParagraph(lines("line %1\n", 400));
     QTRY_VERIFY(!queue.isPending());
@@ -189,5 +194,92 @@ void TstSerialDisplayQueue::aFollowedViewKeepsFollowingWhileSlicesGoIn()
     QCOMPARE(bar->value(), 0);
 }
 
-LARK_TEST_MAIN(TstSerialDisplayQueue)
-#include "tst_serialdisplayqueue.moc"
+// The network page's way: text gathers for a few milliseconds, the view keeps only
+// its bound, and whatever the view dropped is still there for a save.
+void TstQtRecvViewFeeder::aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything()
+{
+    QTextEdit view;
+    view.setReadOnly(true);
+    QtRecvViewFeeder queue(&view);
+    queue.setMaxViewChars(200);
+    queue.setSliceChars(200);
+    queue.setDelay(5);
+    queue.setFollowEnd(true);
+
+    QString all;
+    for (int i = 0; i < 50; ++i) {
+        const QString line = QString("[Tcp client c] line %1 ").arg(i);
+        queue.appendParagraph(line);
+        all += (all.isEmpty() ? "" : "\n") + line;
+        queue.appendText("0D 0A ");
+        all += "0D 0A ";
+    }
+    QCOMPARE(view.toPlainText(), QString()); // nothing drawn before the delay
+    QCOMPARE(queue.plainText(), all);
+    QTRY_VERIFY(!queue.isPending());
+    const QString shown = view.toPlainText();
+    QVERIFY(shown.size() <= 200);
+    QVERIFY(shown.size() > 150);
+    QVERIFY2(all.endsWith(shown), qPrintable(shown));
+    // the cut fell at a line start
+    QVERIFY(shown.startsWith("[Tcp client c] line "));
+    QCOMPARE(view.textCursor().position(), view.document()->characterCount() - 1);
+
+    // a run of hex longer than the bound: the view is that run's tail, cut after a blank
+    queue.appendText(QString("AB ").repeated(1000));
+    QTRY_VERIFY(!queue.isPending());
+    QCOMPARE(view.toPlainText(), QString("AB ").repeated(66));
+    QCOMPARE(queue.plainText(), all + QString("AB ").repeated(1000));
+
+    queue.clear();
+    QCOMPARE(queue.plainText(), QString());
+    queue.appendParagraph("fresh");
+    QTRY_COMPARE(view.toPlainText(), QString("fresh"));
+}
+
+void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain") << "abc";
+    QTest::newRow("CR LF inside") << "a\r\nb";
+    QTest::newRow("lone CR") << "a\rb\r";
+    QTest::newRow("LF CR") << "a\n\rb";
+    QTest::newRow("separators") << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c";
+    QTest::newRow("frame marks") << QString("a") + QChar(0xFDD0) + "b" + QChar(0xFDD1) + "c";
+    QTest::newRow("no-break space") << QString("a") + QChar(0x00A0) + "b";
+    QTest::newRow("tabs and NUL") << QString("a\tb") + QChar(0) + "c";
+}
+
+void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack()
+{
+    QFETCH(QString, text);
+    QTextDocument doc;
+    QTextCursor cursor(&doc);
+    cursor.insertText(text);
+    QCOMPARE(QtRecvViewFeeder::plainTextOf(text), doc.toPlainText());
+}
+
+void TstQtRecvViewFeeder::tailStartKeepsLinesAndBytesWhole_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("maxChars");
+    QTest::addColumn<QString>("tail");
+    QTest::newRow("fits") << "abc" << 3 << "abc";
+    QTest::newRow("line start close by") << "aaaa\nbbbbbbbbbbbbbbb" << 18 << "bbbbbbbbbbbbbbb";
+    QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
+    QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
+    QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
+    QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
+    QTest::newRow("nothing allowed") << "abc" << 0 << "";
+}
+
+void TstQtRecvViewFeeder::tailStartKeepsLinesAndBytesWhole()
+{
+    QFETCH(QString, text);
+    QFETCH(int, maxChars);
+    QFETCH(QString, tail);
+    QCOMPARE(text.mid(QtRecvViewFeeder::tailStart(text, maxChars)), tail);
+}
+
+LARK_TEST_MAIN(TstQtRecvViewFeeder)
+#include "tst_qtrecvviewfeeder.moc"

@@ -1,0 +1,23 @@
+#ifndef QTFOLDBUTTON_H
+#define QTFOLDBUTTON_H
+
+#include <QToolButton>
+
+// The thin button between a page's settings column and its views that hides and
+// shows the column; its arrow and tool tip say what the next click does.
+class QtFoldButton : public QToolButton
+{
+    Q_OBJECT
+public:
+    QtFoldButton(QWidget *column, QWidget *parent);
+
+public slots:
+    void SltBtnFoldClicked();
+
+private:
+    void updateLook(bool shown);
+
+    QWidget *m_widgetColumn;
+};
+
+#endif // QTFOLDBUTTON_H

@@ -1,0 +1,87 @@
+#ifndef QTRECVVIEWFEEDER_H
+#define QTRECVVIEWFEEDER_H
+
+#include <QObject>
+#include <QString>
+
+class QTextEdit;
+class QTimer;
+
+// Feeds received text into a page's receive view without letting a flood take the
+// event loop, and keeps everything received since the last clear for saving.
+//
+// Text goes in as plain text, never as HTML: a board that prints "<b>" keeps its
+// bytes. appendParagraph does what QTextEdit::append does (a new paragraph unless
+// nothing has been shown yet); appendText runs on where the last text ended.
+//
+// What waits is drawn in slices: one edit of the document per turn, ending after a
+// whole line, because the view lays out a line as one piece each time it changes (a
+// line longer than a slice, such as hex text, therefore still goes in whole). With a
+// delay of 0 the first slice goes in at once and the rest on the next turns of the
+// event loop; with a delay, text gathers for that long and the pause after a slice
+// grows with what the slice cost. With a view bound, the view holds only the last
+// characters (cut at a line start or after a blank where one lies close) while
+// plainText still gives everything.
+class QtRecvViewFeeder : public QObject
+{
+    Q_OBJECT
+public:
+    // lines of text of this size take some 20 ms to lay out on a modest machine
+    static constexpr int DefaultSliceChars = 32 * 1024;
+
+    explicit QtRecvViewFeeder(QTextEdit *view, QObject *parent = nullptr);
+
+    // 0 (the default): the view keeps everything
+    void setMaxViewChars(int chars);
+    int maxViewChars() const { return m_nMaxViewChars; }
+    void setDelay(int ms);
+    void setSliceChars(int chars);
+    int sliceChars() const { return m_nSliceChars; }
+    // true: every slice leaves the view at its end; false (the default): the view
+    // follows new text only while it is scrolled to the bottom, as append does
+    void setFollowEnd(bool follow);
+
+    void appendParagraph(const QString &text);
+    void appendText(const QString &text);
+
+    // everything appended since the last clear, exactly as the view's plain text
+    // reads once all is shown (and before any bound cut it)
+    QString plainText() const { return m_strLog; }
+    bool isPending() const { return !m_strPending.isEmpty(); }
+    int pendingChars() const { return m_strPending.size(); }
+    // empties the view, what waits and the kept text
+    void clear();
+    // shows all that waits, now
+    void flush();
+
+    // The one plain-text rule: text as QTextDocument::toPlainText gives it back once
+    // inserted as plain text. Every line or paragraph break (CR LF, CR, LF, U+2028,
+    // U+2029, the frame marks U+FDD0 and U+FDD1) becomes one LF, a no-break space a
+    // blank.
+    static QString plainTextOf(const QString &text);
+    // The one cut rule: where a tail of at most maxChars characters of text starts:
+    // at a line start if one lies close, else after a blank (hex bytes stay whole),
+    // else exactly.
+    static int tailStart(const QString &text, int maxChars);
+    // how much of text, from position from, makes a slice of about budget characters
+    static int sliceLength(const QString &text, int from, int budget);
+
+private slots:
+    void SltShowSlice();
+
+private:
+    void enqueue(const QString &piece);
+    void showSlice(int budget);
+    void trimView();
+
+    QTextEdit *m_view;
+    QTimer *m_timer;
+    QString m_strLog;
+    QString m_strPending;
+    int m_nMaxViewChars;
+    int m_nDelay;
+    int m_nSliceChars;
+    bool m_bFollowEnd;
+};
+
+#endif // QTRECVVIEWFEEDER_H
