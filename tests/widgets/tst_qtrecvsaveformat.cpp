@@ -2,7 +2,11 @@
 #include "MyApp.h"
 #include "QtRecvSaveFormat.h"
 
+#include <QDialog>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTextCodec>
+#include <QWidget>
 #include <QtTest>
 
 class TstQtRecvSaveFormat : public QObject
@@ -35,6 +39,34 @@ private slots:
     {
         MyApp::m_nTextCodecIndex = 0;
         QCOMPARE(QtRecvSaveFormat::saveBytes("/tmp/a.txt", "温度"), QString("温度").toUtf8());
+    }
+
+    // the name chosen in the real dialog, completed with the chosen filter's suffix
+    void saveAsksForANameAndWritesTheFile()
+    {
+        QTemporaryDir dir; // a folder of its own: the dialog watches the folder it shows
+        QWidget parent;
+        LarkTest::answerNextFileDialog(dir.filePath("received"), "*.bin");
+        const auto notice = QtRecvSaveFormat::save(&parent, "41 42 43");
+        QCOMPARE(notice, QtRecvSaveFormat::Notice("文件保存完成!", 0));
+        QFile bin(dir.filePath("received.bin"));
+        QVERIFY(bin.open(QIODevice::ReadOnly));
+        QCOMPARE(bin.readAll(), QByteArray("ABC"));
+    }
+
+    void nothingToSaveOrNoNameSaysNothing()
+    {
+        QWidget parent;
+        // an empty text asks nothing (no dialog would be answered here)
+        QCOMPARE(QtRecvSaveFormat::save(&parent, QString()), QtRecvSaveFormat::Notice());
+        LarkTest::onNextModal([](QWidget *w) { static_cast<QDialog *>(w)->reject(); });
+        QCOMPARE(QtRecvSaveFormat::save(&parent, "41"), QtRecvSaveFormat::Notice());
+    }
+
+    void aFileThatCannotBeWrittenIsAnError()
+    {
+        QCOMPARE(QtRecvSaveFormat::save(nullptr, "data", "/nonexistent-dir/x.txt"),
+                 QtRecvSaveFormat::Notice("文件保存失败!", 255));
     }
 };
 
