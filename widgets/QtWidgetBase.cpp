@@ -24,3 +24,8 @@ void QtWidgetBase::paintEvent(QPaintEvent *)
     QPainter painter(this);
     style()->drawPrimitive(QStyle::PE_Widget, &opt, &painter, this);
 }
+
+QStringList QtWidgetBase::byteCounts(quint64 sent, quint64 received)
+{
+    return QStringList() << QString("发送字节: %1").arg(sent) << QString("接收字节: %1").arg(received);
+}

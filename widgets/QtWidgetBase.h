@@ -18,6 +18,9 @@ public:
     // zero this page's counters
     virtual void clearCounts();
 
+    // "发送字节: %1", "接收字节: %1": the counts of the pages that send and receive bytes
+    static QStringList byteCounts(quint64 sent, quint64 received);
+
 signals:
     void signalNotify(const QString &text, int level);
     void signalRefresCounts(int index);

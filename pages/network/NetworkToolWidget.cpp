@@ -63,8 +63,7 @@ NetworkToolWidget::~NetworkToolWidget()
 
 QStringList NetworkToolWidget::getCounts()
 {
-    return QStringList() << QString("发送字节: %1").arg(m_sendCount)
-                         << QString("接收字节: %1").arg(m_recvCount);
+    return byteCounts(m_sendCount, m_recvCount);
 }
 
 void NetworkToolWidget::clearCounts()

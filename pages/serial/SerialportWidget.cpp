@@ -59,8 +59,7 @@ QSize SerialportWidget::sizeHint() const
 
 QStringList SerialportWidget::getCounts()
 {
-    return QStringList() << QString("发送字节: %1").arg(m_sendCount)
-                         << QString("接收字节: %1").arg(m_recvCount);
+    return byteCounts(m_sendCount, m_recvCount);
 }
 
 void SerialportWidget::clearCounts()
