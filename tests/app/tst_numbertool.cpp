@@ -78,13 +78,17 @@ private slots:
         // texts
         row("negative size", NumberTool::size(-5), QString("0.00 Bytes"));
         row("1023", NumberTool::size(1023), QString("1023.00 Bytes"));
+        row("1024", NumberTool::size(1024), QString("1.00 KB"));
         row("1536", NumberTool::size(1536), QString("1.50 KB"));
         row("no unit past GB", NumberTool::size(5LL << 40), QString("5120.00 GB"));
         row("speed MB", NumberTool::speed(1048576.0), QString("1.00 MB/S"));
         row("zero seconds", NumberTool::timeFormat(0), QString("0s"));
         row("59", NumberTool::timeFormat(59), QString("59s"));
+        row("60", NumberTool::timeFormat(60), QString("1m"));
         row("61", NumberTool::timeFormat(61), QString("1m 1s"));
         row("3601", NumberTool::timeFormat(3601), QString("1h 1s"));
+        row("3660", NumberTool::timeFormat(3660), QString("1h 1m"));
+        row("86400", NumberTool::timeFormat(86400), QString("1d"));
         row("90061", NumberTool::timeFormat(90061), QString("1d 1h 1m 1s"));
         row("hex keeps a trailing blank", NumberTool::byteToHex(hex("0AFF")), QString("0A FF "));
         row("hex of nothing", NumberTool::byteToHex(QByteArray()), QString());
