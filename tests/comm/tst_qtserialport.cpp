@@ -24,7 +24,7 @@ private slots:
     }
     void cleanup() { delete m_pty; }
 
-    void unopenedDevicesSayWhy()
+    void failedOpensSayWhy()
     {
         QtIODevice dev;
         dev.open("/dev/null", 115200, 8, 0, 0);
@@ -33,6 +33,9 @@ private slots:
 
         QtSerialPort port;
         port.writeBytes("ignored"); // only a console warning
+        port.open(m_pty->programPath(), 9600, 8, 0, 0);
+        QVERIFY(port.isOpen());
+        // a new open closes the port first, also when the new one cannot be opened
         port.open("/dev/lark-no-such-port", 115200, 8, 0, 0);
         QVERIFY(!port.isOpen());
         QVERIFY(!port.errorString().isEmpty());
