@@ -61,12 +61,6 @@ private slots:
         m_server.reset();
     }
 
-    void clientNameStripsTheMappedPrefix()
-    {
-        QCOMPARE(TcpServer::clientName("::ffff:10.0.0.5", 31), QString("10.0.0.5 31"));
-        QCOMPARE(TcpServer::clientName("fe80::1", 1024), QString("fe80::1 1024"));
-    }
-
     void clientsAreNamedAndAddressedByAddressAndDescriptor()
     {
         QSignalSpy connected(m_server.get(), SIGNAL(signalClientConnected(QString)));
