@@ -10,156 +10,106 @@
 #include <termios.h>
 #include <unistd.h>
 
-// Reads the line settings the program side of the pty currently carries.
-static bool readTermios(const QString &path, termios *tio)
-{
-    const int fd = ::open(path.toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0)
-        return false;
-    const bool ok = tcgetattr(fd, tio) == 0;
-    ::close(fd);
-    return ok;
-}
-
+// QtSerialPort over a socat pty pair, the test playing the board on the other end.
 class TstQtSerialPort : public QObject
 {
     Q_OBJECT
+    LarkPtyPair *m_pty = nullptr;
 
 private slots:
-    void genericDeviceIsNeverOpenAndUnknown()
+    void init()
+    {
+        m_pty = new LarkPtyPair;
+        QVERIFY(m_pty->start());
+    }
+    void cleanup() { delete m_pty; }
+
+    void failedOpensSayWhy()
     {
         QtIODevice dev;
         dev.open("/dev/null", 115200, 8, 0, 0);
-        dev.open("127.0.0.1", "8000");
-        dev.writeBytes("x");
         QVERIFY(!dev.isOpen());
         QCOMPARE(dev.errorString(), QString("Unknow device"));
-    }
 
-    void closedPortReportsItsStateAndWritesNothing()
-    {
         QtSerialPort port;
-        QVERIFY(!port.isOpen());
-        QCOMPARE(port.portName(), QString());
         port.writeBytes("ignored"); // only a console warning
-        QVERIFY(!port.isOpen());
-    }
-
-    void failedOpenLeavesPortClosedWithAnErrorText()
-    {
-        QtSerialPort port;
+        port.open(m_pty->programPath(), 9600, 8, 0, 0);
+        QVERIFY(port.isOpen());
+        // a new open closes the port first, also when the new one cannot be opened
         port.open("/dev/lark-no-such-port", 115200, 8, 0, 0);
         QVERIFY(!port.isOpen());
         QVERIFY(!port.errorString().isEmpty());
         QCOMPARE(port.portName(), QString("lark-no-such-port"));
     }
 
-    // the pty driver forces eight data bits and no parity, so only speed and stop
-    // bits can be read back from the line
-    void lineSettingsReachTheDevice_data()
+    // a second open applies the new settings; the pty driver forces eight data bits
+    // and no parity, so only speed and stop bits can be read back from the line
+    void reopenSetsTheLine_data()
     {
         QTest::addColumn<int>("baud");
         QTest::addColumn<int>("dataBits");
         QTest::addColumn<int>("stopBits");
         QTest::addColumn<speed_t>("speed");
         QTest::addColumn<bool>("twoStop");
-
-        QTest::newRow("115200 8N1") << 115200 << 8 << 0 << speed_t(B115200) << false;
-        QTest::newRow("9600 7 bits") << 9600 << 7 << 0 << speed_t(B9600) << false;
+        QTest::newRow("115200 7 bits") << 115200 << 7 << 0 << speed_t(B115200) << false;
         // 1 means one and a half, which Linux lines cannot do: it is not two
         QTest::newRow("stop index 1 is not two") << 19200 << 8 << 1 << speed_t(B19200) << false;
         QTest::newRow("stop value 2 is two") << 57600 << 5 << 2 << speed_t(B57600) << true;
     }
 
-    void lineSettingsReachTheDevice()
+    void reopenSetsTheLine()
     {
         QFETCH(int, baud);
         QFETCH(int, dataBits);
         QFETCH(int, stopBits);
         QFETCH(speed_t, speed);
         QFETCH(bool, twoStop);
-
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
         QtSerialPort port;
-        port.open(pty.programPath(), baud, dataBits, stopBits, 0);
+        port.open(m_pty->programPath(), 9600, 8, 0, 0);
+        port.open(m_pty->programPath(), baud, dataBits, stopBits, 0);
         QVERIFY2(port.isOpen(), qPrintable(port.errorString()));
 
         termios tio;
-        QVERIFY(readTermios(pty.programPath(), &tio));
+        const int fd = ::open(m_pty->programPath().toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+        QVERIFY(fd >= 0 && tcgetattr(fd, &tio) == 0);
+        ::close(fd);
         QCOMPARE(cfgetospeed(&tio), speed);
         QCOMPARE(bool(tio.c_cflag & CSTOPB), twoStop);
     }
 
-    void bytesTravelBothWays()
+    void bytesTravelBothWaysUntilThePeerVanishes()
     {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
         QtSerialPort port;
         QSignalSpy spy(&port, SIGNAL(bytesRead(QByteArray)));
-        port.open(pty.programPath(), 115200, 8, 0, 0);
+        port.open(m_pty->programPath(), 115200, 8, 0, 0);
         QVERIFY(port.isOpen());
-        QCOMPARE(port.portName(), pty.programShortName());
+        QCOMPARE(port.portName(), m_pty->programShortName());
 
         QByteArray all;
         for (int i = 0; i < 256; ++i)
             all.append(char(i));
         port.writeBytes(all);
-        QCOMPARE(pty.boardReadAtLeast(all.size()), all);
-
-        QVERIFY(pty.boardWrite(all));
+        QCOMPARE(m_pty->boardReadAtLeast(all.size()), all);
+        QVERIFY(m_pty->boardWrite(all));
         QByteArray got;
-        QTRY_VERIFY_WITH_TIMEOUT((got = [&] {
+        QTRY_VERIFY((got = [&] {
             QByteArray b;
             for (const auto &args : qAsConst(spy))
                 b += args.at(0).toByteArray();
             return b;
-        }()).size() >= all.size(), 5000);
+        }()).size() >= all.size());
         QCOMPARE(got, all);
-    }
 
-    void reopenAppliesNewSettingsAndKeepsWorking()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        QtSerialPort port;
-        port.open(pty.programPath(), 9600, 8, 0, 0);
-        QVERIFY(port.isOpen());
-        port.open(pty.programPath(), 115200, 7, 0, 0);
-        QVERIFY(port.isOpen());
-        termios tio;
-        QVERIFY(readTermios(pty.programPath(), &tio));
-        QCOMPARE(cfgetospeed(&tio), speed_t(B115200));
-        port.writeBytes("again");
-        QCOMPARE(pty.boardReadAtLeast(5), QByteArray("again"));
-        port.close();
-        QVERIFY(!port.isOpen());
-    }
-
-    // the PID page writes its stop command and closes straight after
-    void bytesWrittenJustBeforeCloseStillLeave()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        QtSerialPort port;
-        port.open(pty.programPath(), 115200, 8, 0, 0);
-        QVERIFY(port.isOpen());
+        // the PID page writes its stop command and closes straight after
         port.writeBytes("last words");
         port.close();
-        QCOMPARE(pty.boardReadAtLeast(10), QByteArray("last words"));
-    }
+        QCOMPARE(m_pty->boardReadAtLeast(10), QByteArray("last words"));
 
-    void vanishedPeerDoesNotCrashWrites()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        QtSerialPort port;
-        port.open(pty.programPath(), 115200, 8, 0, 0);
-        QVERIFY(port.isOpen());
-        pty.stop();
+        port.open(m_pty->programPath(), 115200, 8, 0, 0);
+        m_pty->stop();
         QTest::qWait(50);
         for (int i = 0; i < 20; ++i)
-            port.writeBytes(QByteArray(64, 'x'));
+            port.writeBytes(QByteArray(64, 'x')); // no crash, at most warnings
         QCoreApplication::processEvents();
         port.close();
         QVERIFY(!port.isOpen());
