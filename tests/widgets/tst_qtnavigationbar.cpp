@@ -24,24 +24,6 @@ private slots:
     }
     void cleanup() { delete bar; }
 
-    void initStepGrowsWithTheSquareRoot_data()
-    {
-        QTest::addColumn<int>("distance");
-        QTest::addColumn<int>("step");
-        QTest::newRow("zero") << 0 << 1;
-        QTest::newRow("one") << 1 << 2;
-        QTest::newRow("four, a square") << 4 << 4;
-        QTest::newRow("ninety-nine") << 99 << 14;
-        QTest::newRow("thousand") << 1000 << 44;
-    }
-
-    void initStepGrowsWithTheSquareRoot()
-    {
-        QFETCH(int, distance);
-        QFETCH(int, step);
-        QCOMPARE(QtNavigationBar::initStep(distance), step);
-    }
-
     // a click on an item, between items (-1), or on the current one again
     void clickSelectsTheItemAndTheBarEndsOnIt_data()
     {
