@@ -2,6 +2,7 @@
 #include "LarkPtyPair.h"
 #include "LarkTest.h"
 #include "PidDebugWidget.h"
+#include "PidFrame.h"
 #include "QtSerialPort.h"
 
 #include <QCheckBox>

@@ -1,5 +1,6 @@
 #include "LarkTestCore.h"
 #include "PidFrame.h"
+#include "PidFrameReader.h"
 
 #include <QTest>
 
