@@ -27,8 +27,6 @@ class StatusLabel;
 class PidDebugWidget : public QtWidgetBase
 {
     Q_OBJECT
-    friend class TstPidDebugWidget;
-    friend class PidBenchProbe;
 
 public:
     explicit PidDebugWidget(QWidget *parent = nullptr);

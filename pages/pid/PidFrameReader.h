@@ -30,8 +30,10 @@ public:
     bool atEnd() const { return m_pos >= m_buffer.size(); }
 
 private:
+    // the buffer is read where it lies and must outlive the reader; the header is
+    // held by value (a shared copy), so a literal may be passed
     const QByteArray &m_buffer;
-    const QByteArray &m_header;
+    const QByteArray m_header;
     int m_pos = 0;
 };
 
