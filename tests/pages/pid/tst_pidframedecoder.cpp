@@ -1,34 +1,10 @@
 #include "LarkTestCore.h"
+#include "PidBoardFrame.h"
 #include "PidFrame.h"
 #include "PidFrameDecoder.h"
 
 #include <QRandomGenerator>
 #include <QTest>
-
-#include <cstring>
-
-// What the board puts on the wire, written independently of the program's builder.
-static QByteArray boardFrame(int channel, int cmd, const QByteArray &payload = QByteArray(), int sumDelta = 0)
-{
-    QByteArray f("LARK");
-    f.append(char(channel));
-    const qint32 len = payload.size() + 11;
-    f.append(reinterpret_cast<const char *>(&len), 4); // x86: little-endian
-    f.append(char(cmd));
-    f.append(payload);
-    int sum = 0;
-    for (char ch : qAsConst(f))
-        sum += uchar(ch);
-    return f.append(char((sum + sumDelta) & 0xFF));
-}
-
-static QByteArray le32(qint32 v) { return QByteArray(reinterpret_cast<const char *>(&v), 4); }
-
-static QByteArray withLength(QByteArray frame, qint32 len)
-{
-    std::memcpy(frame.data() + 5, &len, 4);
-    return frame;
-}
 
 // "command:channel index:value" or "3:channel index:p,i,d"
 static QString describe(const PidReceivedFrame &f)
@@ -95,10 +71,10 @@ private slots:
         QTest::addColumn<QString>("decoded");
         QTest::addColumn<QByteArray>("rest");
 
-        const QByteArray t77 = boardFrame(1, 1, le32(77));
-        const QByteArray p20 = boardFrame(1, 6, le32(20));
-        const QByteArray s10 = boardFrame(1, 2, le32(10));
-        const QByteArray pid = boardFrame(4, 3, le32(0x3fa00000) + le32(0x3f000000) + le32(qint32(0xc0700000)));
+        const QByteArray t77 = boardFrame(1, 1, le(77));
+        const QByteArray p20 = boardFrame(1, 6, le(20));
+        const QByteArray s10 = boardFrame(1, 2, le(10));
+        const QByteArray pid = boardFrame(4, 3, le(1.25f) + le(0.5f) + le(-3.75f));
         QTest::newRow("target") << QList<QByteArray>{t77} << false << "1:0:77" << QByteArray();
         QTest::newRow("pid values CH4") << QList<QByteArray>{pid} << false << "3:3:1.25,0.5,-3.75" << QByteArray();
         QTest::newRow("started, stopped CH3") << QList<QByteArray>{boardFrame(1, 4) + boardFrame(3, 5)} << false
@@ -120,13 +96,13 @@ private slots:
                 l << QByteArray(1, ch);
             return l;
         }() << false << "1:0:0" << t77.right(3);
-        QTest::newRow("false checksum acts") << QList<QByteArray>{boardFrame(1, 1, le32(77), 9)} << false << "1:0:77" << QByteArray();
-        QTest::newRow("channel 6 holds the rest") << QList<QByteArray>{boardFrame(6, 1, le32(5)) + t77} << false << "" << t77;
-        QTest::newRow("rest goes on next reception") << QList<QByteArray>{boardFrame(6, 1, le32(5)) + t77, QByteArray()}
+        QTest::newRow("false checksum acts") << QList<QByteArray>{boardFrame(1, 1, le(77), 9)} << false << "1:0:77" << QByteArray();
+        QTest::newRow("channel 6 holds the rest") << QList<QByteArray>{boardFrame(6, 1, le(5)) + t77} << false << "" << t77;
+        QTest::newRow("rest goes on next reception") << QList<QByteArray>{boardFrame(6, 1, le(5)) + t77, QByteArray()}
                                                      << false << "1:0:77" << QByteArray();
-        QTest::newRow("channel 0 holds the rest") << QList<QByteArray>{boardFrame(0, 1, le32(5)) + t77} << false << "" << t77;
-        QTest::newRow("command 7 holds the rest") << QList<QByteArray>{boardFrame(1, 7, le32(5)) + t77} << false << "" << t77;
-        QTest::newRow("command 0 skipped") << QList<QByteArray>{boardFrame(1, 0, le32(5)) + t77} << false << "1:0:77" << QByteArray();
+        QTest::newRow("channel 0 holds the rest") << QList<QByteArray>{boardFrame(0, 1, le(5)) + t77} << false << "" << t77;
+        QTest::newRow("command 7 holds the rest") << QList<QByteArray>{boardFrame(1, 7, le(5)) + t77} << false << "" << t77;
+        QTest::newRow("command 0 skipped") << QList<QByteArray>{boardFrame(1, 0, le(5)) + t77} << false << "1:0:77" << QByteArray();
         QTest::newRow("7-byte frame skipped") << QList<QByteArray>{withLength(t77, 7) + t77} << false << "1:0:77" << QByteArray();
         QTest::newRow("length 3 eats LAR") << QList<QByteArray>{withLength(t77, 3)} << false << "" << withLength(t77, 3).mid(3);
         QTest::newRow("length 0 stalls") << QList<QByteArray>{withLength(t77, 0), t77} << false << "" << withLength(t77, 0) + t77;
@@ -156,7 +132,7 @@ private slots:
         QByteArray big;
         int n = 0;
         for (; big.size() < (1 << 20); ++n)
-            big += boardFrame(n % 5 + 1, 2, le32(n));
+            big += boardFrame(n % 5 + 1, 2, le(n));
         QByteArray buffer;
         QCOMPARE(receive(buffer, {big}, false).count(' ') + 1, n);
         QCOMPARE(buffer, QByteArray());
