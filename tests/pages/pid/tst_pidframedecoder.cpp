@@ -37,31 +37,6 @@ private:
     }
 
 private slots:
-    // vectors written out by hand: little-endian header, length and integers, floats
-    // least significant byte first, trailing 8-bit sum (empty input sums to 0)
-    void builtFramesMatchTheWireFormat_data()
-    {
-        QTest::addColumn<int>("cmd");
-        QTest::addColumn<int>("channel");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QByteArray>("wire");
-        QTest::newRow("start") << 0x12 << 1 << QByteArray() << QByteArray::fromHex("4c41524b010b0000001248");
-        QTest::newRow("target -200, sum wraps") << 0x11 << 2 << QByteArray::fromHex("38ffffff")
-                                                << QByteArray::fromHex("4c41524b020f0000001138ffffff81");
-        QTest::newRow("pid 1.5 0.25 2") << 0x10 << 1 << QByteArray::fromHex("0000c03f0000803e00000040")
-                                        << QByteArray::fromHex("4c41524b0117000000100000c03f0000803e000000404f");
-    }
-
-    void builtFramesMatchTheWireFormat()
-    {
-        QFETCH(int, cmd);
-        QFETCH(int, channel);
-        QFETCH(QByteArray, payload);
-        QFETCH(QByteArray, wire);
-        QCOMPARE(PidFrame::build(uchar(cmd), uchar(channel), payload), wire);
-        QCOMPARE(PidFrame::getCheckSum(QByteArray()), 0);
-    }
-
     // Receptions fed in chunks as the port might deliver them: the frames the page is
     // told to apply, in order, and what stays in the buffer.
     void receptionsDecodeAsTheLinkRequires_data()
