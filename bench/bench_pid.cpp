@@ -5,6 +5,7 @@
 // A second case measures the parser and plot path alone on in-memory receptions.
 #include "LarkPtyPair.h"
 #include "PidDebugWidget.h"
+#include "QtSerialPort.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -25,33 +26,39 @@ static double threadCpuMs()
     return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
 }
 
-class PidBenchProbe
+// a reception as the page's port hands it over, without the pty in between
+static void receive(PidDebugWidget &w, const QByteArray &data)
 {
-public:
-    static QCustomPlot *plot(PidDebugWidget &w) { return w.m_customPlot; }
-    static void open(PidDebugWidget &w, const QString &shortName)
-    {
-        w.SltSerialportChanged({shortName});
-        w.m_btnOpen->click();
-    }
-    static bool isOpen(PidDebugWidget &w) { return w.m_btnOpen->text() == "关闭串口"; }
-    static void feed(PidDebugWidget &w, const QByteArray &data) { w.SltRecvFromSerialport(data); }
-    static void setTarget(PidDebugWidget &w, int c, int v) { w.m_channels[c].target = v; }
-};
+    emit w.serialPort()->bytesRead(data);
+}
 
-static QByteArray sampleFrame(int channel, qint32 value)
+static void openOn(PidDebugWidget &w, const QString &shortName)
+{
+    w.SltSerialportChanged({shortName});
+    for (QPushButton *b : w.findChildren<QPushButton *>()) {
+        if (b->text() == "打开串口")
+            b->click();
+    }
+}
+
+static QByteArray boardFrame(int channel, int cmd, qint32 value)
 {
     QByteArray f("LARK");
     f.append(char(channel));
     const qint32 len = 15;
     f.append(reinterpret_cast<const char *>(&len), 4);
-    f.append(char(2));
+    f.append(char(cmd));
     f.append(reinterpret_cast<const char *>(&value), 4);
     int sum = 0;
     for (char ch : qAsConst(f))
         sum += uchar(ch);
     f.append(char(sum & 0xFF));
     return f;
+}
+
+static QByteArray sampleFrame(int channel, qint32 value)
+{
+    return boardFrame(channel, 2, value); // RecvActualValue
 }
 
 // a slow sine so the y axis keeps rescaling, one phase per channel
@@ -82,16 +89,16 @@ static void BM_PidLiveStream(benchmark::State &state)
     PidDebugWidget page;
     page.resize(1280, 760);
     page.show();
-    PidBenchProbe::open(page, pty.programShortName());
-    if (!PidBenchProbe::isOpen(page)) {
+    openOn(page, pty.programShortName());
+    if (!page.serialPort()->isOpen()) {
         state.SkipWithError("port did not open");
         return;
     }
-    QCustomPlot *plot = PidBenchProbe::plot(page);
+    QCustomPlot *plot = page.customPlot();
     for (int g = 0; g < 10; ++g)
         plot->graph(g)->setVisible(allCurves || g == 0 || g == 5);
     for (int c = 0; c < 5; ++c)
-        PidBenchProbe::setTarget(page, c, 100 * c);
+        receive(page, boardFrame(c + 1, 1, 100 * c)); // RecvTargetValue
 
     for (auto _ : state) {
         qint64 sent = 0;
@@ -191,10 +198,10 @@ static void BM_PidReceptionParse(benchmark::State &state)
         QByteArray prefill;
         for (int i = 0; i < 5000; ++i)
             prefill += sampleFrame(i % 5 + 1, i);
-        PidBenchProbe::feed(page, prefill);
+        receive(page, prefill);
     }
     for (auto _ : state)
-        PidBenchProbe::feed(page, chunk);
+        receive(page, chunk);
     state.SetItemsProcessed(state.iterations() * frames);
     state.SetBytesProcessed(state.iterations() * chunk.size());
 }

@@ -2,6 +2,8 @@
 
 #include "GraphConfigWidget.h"
 #include "NumberTool.h"
+#include "PidFrame.h"
+#include "PidFrameDecoder.h"
 #include "QtMessageBox.h"
 #include "QtSerialPort.h"
 #include "StatusLabel.h"
@@ -297,60 +299,38 @@ void PidDebugWidget::SltRecvFromSerialport(const QByteArray &data)
 
 void PidDebugWidget::ParseDataFromBuff()
 {
-    // Frames are taken one after the other until the buffer runs dry or a frame says
-    // to wait for the next reception (a gate, or a sample while display is stopped);
-    // consumed bytes are dropped once at the end, so a long reception costs one pass.
-    PidFrameReader reader(m_recvBuffer, m_frameHeader);
-    QByteArray frame;
-    while (reader.next(frame)) {
-        const unsigned char cmd = frame.size() > 9 ? static_cast<unsigned char>(frame.at(9)) : 0;
-        if (frame.size() <= 4)
-            break;
-        const unsigned char c = static_cast<unsigned char>(static_cast<unsigned char>(frame.at(4)) - 1);
-        if (c > 4)
-            break;
-        if (cmd > 6)
-            break;
-        if (!DispatchFrame(cmd, c, frame))
-            break;
-        if (reader.atEnd())
-            break;
-    }
-    m_recvBuffer.remove(0, reader.consumed());
+    // The decoder cuts and judges the frames; the page only applies them. Consumed
+    // bytes are dropped once at the end, so a long reception costs one pass.
+    PidFrameDecoder decoder(m_recvBuffer, m_frameHeader, m_chkStopShow->isChecked());
+    PidReceivedFrame frame;
+    while (decoder.next(frame))
+        ApplyFrame(frame);
+    m_recvBuffer.remove(0, decoder.consumed());
 }
 
-bool PidDebugWidget::DispatchFrame(unsigned char cmd, int c, const QByteArray &frame)
+void PidDebugWidget::ApplyFrame(const PidReceivedFrame &frame)
 {
+    const int c = frame.channel;
     const bool selected = c == m_cbxChannel->currentIndex();
-    switch (cmd) {
-    case PidFrame::RecvTargetValue: {
-        const int value = NumberTool::int32FromByteArray(frame.mid(10, 4));
-        m_channels[c].target = value;
+    switch (frame.command) {
+    case PidFrame::RecvTargetValue:
+        m_channels[c].target = frame.value;
         if (selected)
-            m_edtTarget->setText(QString::number(value));
+            m_edtTarget->setText(QString::number(frame.value));
         break;
-    }
     case PidFrame::RecvActualValue:
-        // with display stopped one sample is dropped per reception and the rest
-        // waits, so the plot stands still while the user inspects it
-        if (m_chkStopShow->isChecked())
-            return false;
-        AddActualSample(c, NumberTool::int32FromByteArray(frame.mid(10, 4)));
+        AddActualSample(c, frame.value);
         break;
-    case PidFrame::RecvPidValues: {
-        const float p = NumberTool::floatFromSmallEndian(frame.mid(10, 4));
-        const float i = NumberTool::floatFromSmallEndian(frame.mid(14, 4));
-        const float d = NumberTool::floatFromSmallEndian(frame.mid(18, 4));
-        m_channels[c].p = p;
-        m_channels[c].i = i;
-        m_channels[c].d = d;
+    case PidFrame::RecvPidValues:
+        m_channels[c].p = frame.p;
+        m_channels[c].i = frame.i;
+        m_channels[c].d = frame.d;
         if (selected) {
-            m_edtP->setText(QString::number(double(p), 'g', 6));
-            m_edtI->setText(QString::number(double(i), 'g', 6));
-            m_edtD->setText(QString::number(double(d), 'g', 6));
+            m_edtP->setText(QString::number(double(frame.p), 'g', 6));
+            m_edtI->setText(QString::number(double(frame.i), 'g', 6));
+            m_edtD->setText(QString::number(double(frame.d), 'g', 6));
         }
         break;
-    }
     case PidFrame::RecvStarted:
         if (m_btnStart->text() == "启动") {
             m_btnStart->setText("停止");
@@ -361,17 +341,14 @@ bool PidDebugWidget::DispatchFrame(unsigned char cmd, int c, const QByteArray &f
     case PidFrame::RecvStopped:
         m_btnStart->setText("启动");
         break;
-    case PidFrame::RecvPeriod: {
-        const int value = NumberTool::int32FromByteArray(frame.mid(10, 4));
-        m_channels[c].period = value;
+    case PidFrame::RecvPeriod:
+        m_channels[c].period = frame.value;
         if (selected)
-            m_edtPeriod->setText(QString::number(value));
+            m_edtPeriod->setText(QString::number(frame.value));
         break;
-    }
     default:
         break;
     }
-    return true;
 }
 
 void PidDebugWidget::AddActualSample(int c, int actual)

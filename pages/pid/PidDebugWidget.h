@@ -1,7 +1,7 @@
 #ifndef PIDDEBUGWIDGET_H
 #define PIDDEBUGWIDGET_H
 
-#include "PidFrame.h"
+#include "PidChannelState.h"
 #include "PidRangeTracker.h"
 #include "QtWidgetBase.h"
 
@@ -16,6 +16,7 @@ class QLineEdit;
 class QMouseEvent;
 class QPushButton;
 class QtSerialPort;
+struct PidReceivedFrame;
 class StatusLabel;
 
 // The PID tuning page: one serial port to a motor-control board, five channels of
@@ -26,8 +27,6 @@ class StatusLabel;
 class PidDebugWidget : public QtWidgetBase
 {
     Q_OBJECT
-    friend class TstPidDebugWidget;
-    friend class PidBenchProbe;
 
 public:
     explicit PidDebugWidget(QWidget *parent = nullptr);
@@ -41,6 +40,9 @@ public:
 
     // the work of "导出数据" once a file name is known
     void ExportDataToFile(const QString &fileName);
+
+    QCustomPlot *customPlot() const { return m_customPlot; }
+    QtSerialPort *serialPort() const { return m_serialPort; }
 
 signals:
     void signalNotify(QString text, int level);
@@ -70,8 +72,8 @@ private:
     void CloseSerialport();
     void SetLineEditInputFloat(QLineEdit *edit);
     void SetLineEditInputInt(QLineEdit *edit);
-    // applies one received frame; false when the rest of the buffer must wait
-    bool DispatchFrame(unsigned char cmd, int c, const QByteArray &frame);
+    // what one decoded frame does to the edits, the start button and the plot
+    void ApplyFrame(const PidReceivedFrame &frame);
     void AddActualSample(int c, int actual);
 
     QComboBox *m_cbxPortName;

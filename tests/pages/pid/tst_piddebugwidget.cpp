@@ -1,801 +1,404 @@
 #include "GraphConfigWidget.h"
 #include "LarkPtyPair.h"
 #include "LarkTest.h"
+#include "PidBoardFrame.h"
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
-#include <QFileDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
-#include <QElapsedTimer>
 
 #include <qcustomplot.h>
 
-#include <cstring>
+using Frames = QByteArray;
 
-// What the board puts on the wire, written independently of the program's builder.
-static QByteArray boardFrame(int channel, int cmd, const QByteArray &payload = QByteArray(), int sumDelta = 0)
-{
-    QByteArray f("LARK");
-    f.append(char(channel));
-    const qint32 len = payload.size() + 11;
-    f.append(reinterpret_cast<const char *>(&len), 4); // x86: little-endian
-    f.append(char(cmd));
-    f.append(payload);
-    int sum = 0;
-    for (char ch : qAsConst(f))
-        sum += uchar(ch);
-    f.append(char((sum + sumDelta) & 0xFF));
-    return f;
-}
-
-static QByteArray le32(qint32 v)
-{
-    return QByteArray(reinterpret_cast<const char *>(&v), 4);
-}
-
-static QByteArray leFloats(float p, float i, float d)
-{
-    QByteArray b;
-    for (float f : {p, i, d})
-        b.append(reinterpret_cast<const char *>(&f), 4);
-    return b;
-}
-
-static QByteArray withLength(QByteArray frame, qint32 len)
-{
-    std::memcpy(frame.data() + 5, &len, 4);
-    return frame;
-}
-
+// The page on one end of a pty pair, the test as the board on the other.
 class TstPidDebugWidget : public QObject
 {
     Q_OBJECT
 
-private:
-    // "CH<n>:p/i/d/target/period" for every channel that is not all zero
-    static QString channels(PidDebugWidget &w)
+    LarkPtyPair *m_pty = nullptr;
+    PidDebugWidget *m_page = nullptr;
+    QSignalSpy *m_notes = nullptr;
+    QSignalSpy *m_reads = nullptr;
+    QCustomPlot *m_plot = nullptr;
+
+    // the widget in column 1 of a row of a group box
+    template <class W>
+    W *at(const QString &group, int row) const
     {
-        QStringList out;
-        for (int c = 0; c < 5; ++c) {
-            const PidChannelState &s = w.m_channels[c];
-            if (s.p == 0 && s.i == 0 && s.d == 0 && s.target == 0 && s.period == 0)
-                continue;
-            out << QString("CH%1:%2/%3/%4/%5/%6").arg(c + 1).arg(double(s.p)).arg(double(s.i))
-                       .arg(double(s.d)).arg(s.target).arg(s.period);
+        for (QGroupBox *g : m_page->findChildren<QGroupBox *>()) {
+            if (g->title() == group)
+                return qobject_cast<W *>(static_cast<QGridLayout *>(g->layout())->itemAtPosition(row, 1)->widget());
         }
-        return out.join(' ');
+        return nullptr;
+    }
+    QComboBox *channel() const { return at<QComboBox>("PID值配置", 0); }
+    QList<QLineEdit *> edits() const // P, I, D, target, period
+    {
+        return {at<QLineEdit>("PID值配置", 1), at<QLineEdit>("PID值配置", 2), at<QLineEdit>("PID值配置", 3),
+                at<QLineEdit>("PID值配置", 5), at<QLineEdit>("PID值配置", 6)};
+    }
+    QString shown() const
+    {
+        QStringList texts;
+        for (QLineEdit *e : edits())
+            texts << e->text();
+        return texts.join('|');
+    }
+    QPushButton *button(const QString &text) const
+    {
+        for (QPushButton *b : m_page->findChildren<QPushButton *>()) {
+            if (b->text() == text)
+                return b;
+        }
+        return nullptr;
+    }
+    bool openPort()
+    {
+        button("打开串口")->click();
+        return m_page->serialPort()->isOpen();
     }
 
-    static QString edits(PidDebugWidget &w)
+    void makePage()
     {
-        return QStringList{w.m_edtP->text(), w.m_edtI->text(), w.m_edtD->text(),
-                           w.m_edtTarget->text(), w.m_edtPeriod->text()}.join('|');
+        m_page = new PidDebugWidget;
+        m_notes = new QSignalSpy(m_page, SIGNAL(signalNotify(QString,int)));
+        m_reads = new QSignalSpy(m_page->serialPort(), SIGNAL(bytesRead(QByteArray)));
+        m_plot = m_page->customPlot();
+        m_page->SltSerialportChanged({m_pty->programShortName()});
+    }
+    void dropPage()
+    {
+        delete m_reads;
+        delete m_notes;
+        delete m_page;
     }
 
-    static void openOn(PidDebugWidget &w, LarkPtyPair &pty)
+    // the board writes; true once the page has taken every byte (its slot runs before
+    // the spy's, so the parser is done by then)
+    bool boardSends(const QByteArray &data)
     {
-        w.SltSerialportChanged({pty.programShortName()});
-        w.m_btnOpen->click();
+        auto received = [this] {
+            int n = 0;
+            for (const QList<QVariant> &args : qAsConst(*m_reads))
+                n += args.at(0).toByteArray().size();
+            return n;
+        };
+        const int want = received() + data.size();
+        return m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
     }
 
-    static QString exportText(PidDebugWidget &w, const QString &path)
+    static QString modalText(std::function<void()> action)
     {
-        w.ExportDataToFile(path);
-        QFile f(path);
-        if (!f.open(QIODevice::ReadOnly))
-            return QString();
-        return QTextCodec::codecForName("GB18030")->toUnicode(f.readAll());
-    }
-
-    static QString emptyChannels(int from)
-    {
-        QString s;
-        for (int n = from; n <= 5; ++n)
-            s += QString("通道 %1 数据如下：\n序号,实际值,目标值,差值\n\n\n").arg(n);
-        return s;
+        QString text;
+        LarkTest::onNextModal([&](QWidget *dlg) {
+            for (QLabel *l : dlg->findChildren<QLabel *>())
+                text += l->text();
+            dlg->close();
+        });
+        action();
+        return text;
     }
 
 private slots:
     void init()
     {
         LarkTest::cleanAppDirs();
+        m_pty = new LarkPtyPair;
+        QVERIFY(m_pty->start());
+        makePage();
     }
 
-    void startsWithTheFixedDefaultsAndZeroedChannels()
+    void cleanup()
     {
-        PidDebugWidget w;
-        QCOMPARE(edits(w), QString("0.567|0.567|0.567|200|200"));
-        QCOMPARE(channels(w), QString());
-        QCOMPARE(w.m_btnStart->text(), QString("启动"));
-        QCOMPARE(w.m_btnOpen->text(), QString("打开串口"));
-        QCOMPARE(w.m_cbxBaudrate->currentText(), QString("115200"));
-        QCOMPARE(w.m_cbxDataBits->currentText(), QString("8"));
-        QCOMPARE(w.m_cbxStopBits->currentText(), QString("1"));
-        QCOMPARE(w.m_cbxParity->currentText(), QString("无"));
-        QCOMPARE(w.m_cbxPortName->count(), 0);
-        QCOMPARE(w.m_startTime, qint64(-1));
-        QVERIFY(w.getCounts().isEmpty());
-
-        // reselecting a channel shows the stored values, three decimals, period kept
-        w.m_cbxChannel->setCurrentIndex(1);
-        w.m_cbxChannel->setCurrentIndex(0);
-        QCOMPARE(edits(w), QString("0.000|0.000|0.000|0|200"));
+        dropPage();
+        delete m_pty;
     }
 
-    void openAndCloseReportAndFlipTheButton()
+    void openCloseAndFailureReport()
     {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        w.m_cbxParity->setCurrentText("奇"); // no effect: parity is always none
-        openOn(w, pty);
-        QVERIFY(w.m_serialPort->isOpen());
-        QCOMPARE(w.m_btnOpen->text(), QString("关闭串口"));
-        QCOMPARE(notes.count(), 1);
-        QCOMPARE(notes.at(0).at(0).toString(), QString("串口[%1]打开成功!").arg(pty.programPath()));
-        QCOMPARE(notes.at(0).at(1).toInt(), 0);
-
-        w.m_btnOpen->click();
-        QVERIFY(!w.m_serialPort->isOpen());
-        QCOMPARE(w.m_btnOpen->text(), QString("打开串口"));
-        QCOMPARE(notes.at(1).at(0).toString(), QString("串口[%1]已关闭!!").arg(pty.programShortName()));
+        at<QComboBox>("串口配置", 2)->setCurrentText("奇"); // no effect: always no parity
+        QVERIFY(openPort());
+        QVERIFY(button("关闭串口"));
+        button("关闭串口")->click();
+        QVERIFY(!m_page->serialPort()->isOpen());
+        m_page->SltSerialportChanged({"lark-no-such-tty"});
+        QVERIFY(!openPort());
+        QVERIFY(button("打开串口"));
+        const QList<QVariantList> expected{{QString("串口[%1]打开成功!").arg(m_pty->programPath()), 0},
+                                           {QString("串口[%1]已关闭!!").arg(m_pty->programShortName()), 0},
+                                           {QString("串口[/dev/lark-no-such-tty]打开失败!!!"), 255}};
+        QCOMPARE(QList<QVariantList>(*m_notes), expected);
+        QVERIFY(modalText([&] { button("启动")->click(); }).contains("请确认是否打开串口！"));
+        QVERIFY(button("启动"));
     }
 
-    void failedOpenIsAnError()
-    {
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        w.SltSerialportChanged({"lark-no-such-tty"});
-        w.m_btnOpen->click();
-        QCOMPARE(w.m_btnOpen->text(), QString("打开串口"));
-        QCOMPARE(notes.count(), 1);
-        QCOMPARE(notes.at(0).at(0).toString(), QString("串口[/dev/lark-no-such-tty]打开失败!!!"));
-        QCOMPARE(notes.at(0).at(1).toInt(), 255);
-    }
-
-    // Every button on the wire: header, channel from the combo, length, command,
-    // payload in the board's byte order, checksum.
+    // Each press on the wire (header, channel from the combo, length, command, payload
+    // in the board's byte order, checksum); then what the channel stored, as a switch
+    // away and back shows it.
     void buttonsPutTheirFramesOnTheWire_data()
     {
-        QTest::addColumn<int>("channel");
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<int>("ch");
         QTest::addColumn<QStringList>("texts"); // P, I, D, target, period
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QByteArray>("wire");
-        QTest::addColumn<QString>("stored"); // channels() afterwards
+        QTest::addColumn<QStringList>("presses");
+        QTest::addColumn<QString>("wire");
+        QTest::addColumn<QString>("start");
+        QTest::addColumn<QString>("stored");
 
         const QStringList defaults{"0.567", "0.567", "0.567", "200", "200"};
-        QTest::newRow("pid CH1") << 0 << QStringList{"1.5", "0.25", "2.0", "200", "200"} << "发送PID"
-                                 << QByteArray::fromHex("4c41524b0117000000100000c03f0000803e000000404f")
-                                 << "CH1:1.5/0.25/2/0/0";
-        QTest::newRow("pid CH3 integer text") << 2 << QStringList{"3", "0.5", "0.125", "200", "200"} << "发送PID"
-                                              << QByteArray::fromHex("4c41524b031700000010000040400000003f0000003e51")
-                                              << "CH3:3/0.5/0.125/0/0";
-        QTest::newRow("target CH2 negative") << 1 << QStringList{"0.567", "0.567", "0.567", "-200", "200"} << "发送目标值"
-                                             << QByteArray::fromHex("4c41524b020f0000001138ffffff81")
-                                             << "CH2:0/0/0/-200/0";
-        QTest::newRow("target CH5") << 4 << QStringList{"0.567", "0.567", "0.567", "123456", "200"} << "发送目标值"
-                                    << QByteArray::fromHex("4c41524b050f0000001140e2010072")
-                                    << "CH5:0/0/0/123456/0";
-        QTest::newRow("target unparsable is 0") << 0 << QStringList{"0.567", "0.567", "0.567", "abc", "200"} << "发送目标值"
-                                                << QByteArray::fromHex("4c41524b010f00000011000000004b") << "";
-        QTest::newRow("period CH4 not stored") << 3 << QStringList{"0.567", "0.567", "0.567", "200", "20"} << "发送周期"
-                                               << QByteArray::fromHex("4c41524b040f000000151400000066") << "";
-        QTest::newRow("start CH1") << 0 << defaults << "启动" << QByteArray::fromHex("4c41524b010b0000001248") << "";
-        QTest::newRow("reset CH2") << 1 << defaults << "复位" << QByteArray::fromHex("4c41524b020b000000144b") << "";
+        const QString zero = "0.000|0.000|0.000|0|200";
+        QTest::newRow("pid CH3, integer text") << true << 2 << QStringList{"3", "0.5", "0.125", "200", "200"} << QStringList{"发送PID"}
+                                               << "4c41524b031700000010000040400000003f0000003e51" << "启动" << "3.000|0.500|0.125|0|200";
+        QTest::newRow("target CH2") << true << 1 << QStringList{"0.567", "0.567", "0.567", "-200", "200"} << QStringList{"发送目标值"}
+                                    << "4c41524b020f0000001138ffffff81" << "启动" << "0.000|0.000|0.000|-200|200";
+        QTest::newRow("target unparsable is 0") << true << 0 << QStringList{"0.567", "0.567", "0.567", "abc", "200"}
+                                                << QStringList{"发送目标值"} << "4c41524b010f00000011000000004b" << "启动" << zero;
+        QTest::newRow("period CH4") << true << 3 << QStringList{"0.567", "0.567", "0.567", "200", "20"} << QStringList{"发送周期"}
+                                    << "4c41524b040f000000151400000066" << "启动" << "0.000|0.000|0.000|0|20";
+        QTest::newRow("start flips at once") << true << 0 << defaults << QStringList{"启动"} << "4c41524b010b0000001248" << "停止" << zero;
+        QTest::newRow("start, stop") << true << 0 << defaults << QStringList{"启动", "停止"}
+                                     << "4c41524b010b0000001248" "4c41524b010b0000001349" << "启动" << zero;
+        QTest::newRow("closing while running stops first") << true << 2 << defaults << QStringList{"启动", "关闭串口"}
+                                                           << "4c41524b030b000000124a" "4c41524b030b000000134b" << "启动" << zero;
+        QTest::newRow("reset CH2") << true << 1 << defaults << QStringList{"复位"} << "4c41524b020b000000144b" << "启动" << zero;
+        // nothing leaves a closed port, yet the values are stored: the board's first
+        // bytes are those of the press after the opening
+        QTest::newRow("closed port") << false << 0 << QStringList{"1.5", "0.567", "0.567", "42", "20"}
+                                     << QStringList{"发送PID", "发送目标值", "发送周期", "复位", "打开串口", "发送周期"}
+                                     << "4c41524b010f000000151400000063" << "启动" << "1.500|0.567|0.567|42|20";
     }
 
     void buttonsPutTheirFramesOnTheWire()
     {
-        QFETCH(int, channel);
+        QFETCH(bool, open);
+        QFETCH(int, ch);
         QFETCH(QStringList, texts);
-        QFETCH(QString, button);
-        QFETCH(QByteArray, wire);
+        QFETCH(QStringList, presses);
+        QFETCH(QString, wire);
+        QFETCH(QString, start);
         QFETCH(QString, stored);
-
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        QVERIFY(w.m_serialPort->isOpen());
-        w.m_cbxChannel->setCurrentIndex(channel);
-        const QList<QLineEdit *> fields{w.m_edtP, w.m_edtI, w.m_edtD, w.m_edtTarget, w.m_edtPeriod};
+        QVERIFY(!open || openPort());
+        channel()->setCurrentIndex(ch);
         for (int k = 0; k < 5; ++k)
-            fields[k]->setText(texts[k]);
-        QPushButton *btn = nullptr;
-        for (QPushButton *b : w.findChildren<QPushButton *>()) {
-            if (b->text() == button)
-                btn = b;
-        }
-        QVERIFY(btn);
-        QTest::mouseClick(btn, Qt::LeftButton);
-        QCOMPARE(pty.boardReadAtLeast(wire.size()), wire);
-        QCOMPARE(channels(w), stored);
+            edits()[k]->setText(texts[k]);
+        for (const QString &text : presses)
+            button(text)->click();
+        QCOMPARE(m_pty->boardReadAtLeast(wire.size() / 2).toHex(), wire.toLatin1());
+        QVERIFY(button(start));
+        channel()->setCurrentIndex((ch + 1) % 5);
+        channel()->setCurrentIndex(ch);
+        QCOMPARE(shown(), stored);
     }
 
-    void startButtonFlipsAtOnceAndStopsOnSecondPress()
+    // what the board reports reaches the edits of the selected channel; another
+    // channel's values show, in three decimals, when it is selected
+    void boardReportsReachThePage_data()
     {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        w.m_btnStart->click();
-        QCOMPARE(w.m_btnStart->text(), QString("停止"));
-        w.m_btnStart->click();
-        QCOMPARE(w.m_btnStart->text(), QString("启动"));
-        QCOMPARE(pty.boardReadAtLeast(22), QByteArray::fromHex("4c41524b010b0000001248" "4c41524b010b0000001349"));
-    }
-
-    void closedPortSendsNothingButStoresValues()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        w.SltSerialportChanged({pty.programShortName()});
-        w.m_edtP->setText("1.5");
-        w.m_edtTarget->setText("42");
-        w.m_btnSendPid->click();
-        w.m_btnSendValue->click();
-        w.m_btnSendInterval->click();
-        w.m_btnReset->click();
-        QCOMPARE(channels(w), QString("CH1:1.5/0.567/0.567/42/0"));
-        QTest::qWait(100);
-        QCOMPARE(pty.boardRead(), QByteArray());
-    }
-
-    void emptyBaudTextStillTriesTheOpen()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        w.SltSerialportChanged({pty.programShortName()});
-        w.m_cbxBaudrate->setEditText("");
-        w.m_btnOpen->click();
-        QCOMPARE(notes.count(), 1);
-        QCOMPARE(notes.at(0).at(1).toInt(), w.m_serialPort->isOpen() ? 0 : 255);
-        QCOMPARE(w.m_btnOpen->text(), QString(w.m_serialPort->isOpen() ? "关闭串口" : "打开串口"));
-    }
-
-    void closingTheProgramWhileRunningSendsNoStop()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        {
-            PidDebugWidget w;
-            openOn(w, pty);
-            w.m_btnStart->click();
-            QCOMPARE(pty.boardReadAtLeast(11).size(), 11);
-        }
-        QTest::qWait(100);
-        QCOMPARE(pty.boardRead(), QByteArray());
-    }
-
-    void startOnClosedPortWarnsAndChangesNothing()
-    {
-        PidDebugWidget w;
-        QString text;
-        LarkTest::onNextModal([&](QWidget *dlg) {
-            for (QLabel *l : dlg->findChildren<QLabel *>()) {
-                if (!l->text().isEmpty())
-                    text += l->text();
-            }
-            dlg->close();
-        });
-        w.m_btnStart->click();
-        QVERIFY(text.contains("请确认是否打开串口！"));
-        QCOMPARE(w.m_btnStart->text(), QString("启动"));
-    }
-
-    void closingWhileRunningSendsStopFirst()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        w.m_cbxChannel->setCurrentIndex(2);
-        w.m_btnStart->click();
-        QCOMPARE(pty.boardReadAtLeast(11), PidFrame::build(0x12, 3, QByteArray()));
-        w.m_btnOpen->click();
-        QCOMPARE(w.m_btnStart->text(), QString("启动"));
-        QCOMPARE(pty.boardReadAtLeast(11), QByteArray::fromHex("4c41524b030b000000134b"));
-    }
-
-    // Receptions fed in chunks as the port might deliver them; each row ends with the
-    // page's stored channels, its five edits, the start button and the buffer.
-    void receivedFramesUpdateThePage_data()
-    {
-        QTest::addColumn<QList<QByteArray>>("chunks");
-        QTest::addColumn<QString>("stored");
+        QTest::addColumn<Frames>("frames");
+        QTest::addColumn<int>("select"); // -1: stay on CH1
         QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QByteArray>("rest");
-
-        const QString defaults = "0.567|0.567|0.567|200|200";
-        const QByteArray target77 = boardFrame(1, 1, le32(77));
-        const QByteArray period20 = boardFrame(1, 6, le32(20));
-        const QByteArray target5ch2 = boardFrame(2, 1, le32(5));
-        const QByteArray pid = boardFrame(1, 3, leFloats(1.25f, 0.5f, -3.75f));
-
-        QTest::newRow("target selected") << QList<QByteArray>{target77} << "CH1:0/0/0/77/0"
-                                         << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("target other channel") << QList<QByteArray>{target5ch2} << "CH2:0/0/0/5/0" << defaults << "启动" << QByteArray();
-        QTest::newRow("period") << QList<QByteArray>{period20} << "CH1:0/0/0/0/20" << "0.567|0.567|0.567|200|20" << "启动" << QByteArray();
-        QTest::newRow("pid values") << QList<QByteArray>{pid} << "CH1:1.25/0.5/-3.75/0/0"
-                                    << "1.25|0.5|-3.75|200|200" << "启动" << QByteArray();
-        QTest::newRow("pid other channel") << QList<QByteArray>{boardFrame(4, 3, leFloats(1, 2, 3))}
-                                           << "CH4:1/2/3/0/0" << defaults << "启动" << QByteArray();
-        QTest::newRow("garbage before header") << QList<QByteArray>{QByteArray("\x00\x01\xffLA", 5) + target77}
-                                               << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("header split after LAR") << QList<QByteArray>{QByteArray::fromHex("004c4152"), target77.mid(3)}
-                                                << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("two frames one read") << QList<QByteArray>{target77 + period20} << "CH1:0/0/0/77/20"
-                                             << "0.567|0.567|0.567|77|20" << "启动" << QByteArray();
-        // the parser does not wait for the whole length: byte by byte, the frame is
-        // cut at 11 bytes like a split one
-        QTest::newRow("frame byte by byte") << [&] {
-            QList<QByteArray> l;
-            for (char ch : target77)
-                l << QByteArray(1, ch);
-            return l;
-        }() << "" << "0.567|0.567|0.567|0|200" << "启动" << target77.right(3);
-        // cut at 11 bytes: the short payload reads 0, its tail falls to the hunt
-        QTest::newRow("frame split 11 and 4") << QList<QByteArray>{target77.left(11), target77.mid(11)}
-                                              << "" << "0.567|0.567|0.567|0|200" << "启动" << target77.right(3);
-        QTest::newRow("false checksum acts") << QList<QByteArray>{boardFrame(1, 1, le32(77), 9)}
-                                             << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("channel 6 holds the rest") << QList<QByteArray>{boardFrame(6, 1, le32(5)) + target77}
-                                                  << "" << defaults << "启动" << target77;
-        QTest::newRow("channel 6 rest on next read") << QList<QByteArray>{boardFrame(6, 1, le32(5)) + target77, QByteArray()}
-                                                     << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("channel 0 holds the rest") << QList<QByteArray>{boardFrame(0, 1, le32(5)) + target77}
-                                                  << "" << defaults << "启动" << target77;
-        QTest::newRow("command 7 holds the rest") << QList<QByteArray>{boardFrame(1, 7, le32(5)) + target77}
-                                                  << "" << defaults << "启动" << target77;
-        QTest::newRow("command 0 is skipped") << QList<QByteArray>{boardFrame(1, 0, le32(5)) + target77}
-                                              << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("started") << QList<QByteArray>{boardFrame(1, 4)} << "" << defaults << "停止" << QByteArray();
-        QTest::newRow("started then stopped") << QList<QByteArray>{boardFrame(1, 4) + boardFrame(3, 5)} << "" << defaults << "启动" << QByteArray();
-        QTest::newRow("stopped while stopped") << QList<QByteArray>{boardFrame(1, 5)} << "" << defaults << "启动" << QByteArray();
-        QTest::newRow("length 3 eats LAR") << QList<QByteArray>{withLength(target77, 3)} << "" << defaults << "启动" << withLength(target77, 3).mid(3);
-        QTest::newRow("length 3 then more") << QList<QByteArray>{withLength(target77, 3), target77}
-                                            << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
-        QTest::newRow("length 0 stalls") << QList<QByteArray>{withLength(target77, 0), target77}
-                                         << "" << defaults << "启动" << withLength(target77, 0) + target77;
-        QTest::newRow("negative length stalls") << QList<QByteArray>{withLength(target77, -15), period20}
-                                                << "" << defaults << "启动" << withLength(target77, -15) + period20;
-        // a length beyond the buffer takes what is there
-        QTest::newRow("length too big takes all") << QList<QByteArray>{withLength(target77, 1000) + period20}
-                                                  << "CH1:0/0/0/77/0" << "0.567|0.567|0.567|77|200" << "启动" << QByteArray();
+        QTest::addColumn<QString>("start");
+        const QByteArray pid = le(1.25f) + le(0.5f) + le(-3.75f);
+        QTest::newRow("defaults") << Frames() << -1 << "0.567|0.567|0.567|200|200" << "启动";
+        QTest::newRow("defaults are not stored") << Frames() << 2 << "0.000|0.000|0.000|0|200" << "启动";
+        QTest::newRow("target, period, pid") << boardFrame(1, 1, le(77)) + boardFrame(1, 6, le(20)) + boardFrame(1, 3, pid)
+                                             << -1 << "1.25|0.5|-3.75|77|20" << "启动";
+        QTest::newRow("other channel waits") << boardFrame(2, 3, pid) + boardFrame(2, 1, le(-9)) << -1
+                                             << "0.567|0.567|0.567|200|200" << "启动";
+        QTest::newRow("other channel selected") << boardFrame(2, 3, pid) + boardFrame(2, 1, le(-9)) << 1
+                                                << "1.250|0.500|-3.750|-9|200" << "启动";
+        QTest::newRow("noise, started") << "noise" + boardFrame(1, 4) << -1 << "0.567|0.567|0.567|200|200" << "停止";
+        QTest::newRow("started, stopped") << boardFrame(1, 4) + boardFrame(3, 5) << -1 << "0.567|0.567|0.567|200|200" << "启动";
     }
 
-    void receivedFramesUpdateThePage()
+    void boardReportsReachThePage()
     {
-        QFETCH(QList<QByteArray>, chunks);
-        QFETCH(QString, stored);
+        QFETCH(Frames, frames);
+        QFETCH(int, select);
         QFETCH(QString, shown);
-        QFETCH(QString, button);
-        QFETCH(QByteArray, rest);
-
-        PidDebugWidget w;
-        for (const QByteArray &chunk : qAsConst(chunks))
-            w.SltRecvFromSerialport(chunk);
-        QCOMPARE(channels(w), stored);
-        QCOMPARE(edits(w), shown);
-        QCOMPARE(w.m_btnStart->text(), button);
-        QCOMPARE(w.m_recvBuffer, rest);
+        QFETCH(QString, start);
+        QVERIFY(openPort());
+        QVERIFY(frames.isEmpty() || boardSends(frames));
+        if (select >= 0)
+            channel()->setCurrentIndex(select);
+        QCOMPARE(this->shown(), shown);
+        QVERIFY(button(start));
     }
 
-    void headerSplitKeepsLastThreeBytes()
-    {
-        PidDebugWidget w;
-        w.SltRecvFromSerialport(QByteArray::fromHex("004c4152"));
-        QCOMPARE(w.m_recvBuffer, QByteArray("LAR"));
-    }
-
-    void startTimeIsSetOnlyByABoardStartWhileStopped()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        w.m_btnStart->click(); // the button already reads "停止"
-        w.SltRecvFromSerialport(boardFrame(1, 4));
-        QCOMPARE(w.m_startTime, qint64(-1));
-        w.SltRecvFromSerialport(boardFrame(1, 5));
-        const qint64 before = QDateTime::currentMSecsSinceEpoch();
-        w.SltRecvFromSerialport(boardFrame(1, 4));
-        QVERIFY(w.m_startTime >= before);
-        const qint64 first = w.m_startTime;
-        w.SltRecvFromSerialport(boardFrame(1, 5) + boardFrame(1, 4));
-        QCOMPARE(w.m_startTime, first);
-        // only a new opening resets it
-        w.m_btnOpen->click();
-        w.m_btnOpen->click();
-        QCOMPARE(w.m_startTime, qint64(-1));
-    }
-
-    void channelSwitchShowsStoredValuesInItsOwnFormat()
-    {
-        PidDebugWidget w;
-        w.SltRecvFromSerialport(boardFrame(2, 3, leFloats(1.25f, 0.5f, 2)) + boardFrame(2, 1, le32(-9)) + boardFrame(2, 6, le32(33)));
-        QCOMPARE(edits(w), QString("0.567|0.567|0.567|200|200"));
-        w.m_cbxChannel->setCurrentIndex(1);
-        QCOMPARE(edits(w), QString("1.250|0.500|2.000|-9|200"));
-        w.SltRecvFromSerialport(boardFrame(2, 3, leFloats(1.25f, 0.5f, 2)));
-        QCOMPARE(w.m_edtP->text(), QString("1.25"));
-    }
-
-    void stoppedDisplayDropsOneSamplePerReception()
-    {
-        PidDebugWidget w;
-        w.m_chkStopShow->setChecked(true);
-        const QByteArray sample = boardFrame(1, 2, le32(10));
-        const QByteArray target = boardFrame(1, 1, le32(77));
-        const QCPRange xBefore = w.m_customPlot->xAxis->range();
-        w.SltRecvFromSerialport(sample + target + sample);
-        QCOMPARE(w.m_customPlot->graph(5)->dataCount(), 0);
-        QCOMPARE(w.m_customPlot->xAxis->range(), xBefore);
-        QCOMPARE(w.m_recvBuffer, target + sample);
-        w.SltRecvFromSerialport(QByteArray());
-        QCOMPARE(w.m_channels[0].target, 77); // the next reception goes on to the next sample
-        QCOMPARE(w.m_recvBuffer, QByteArray());
-        w.m_chkStopShow->setChecked(false);
-        w.SltRecvFromSerialport(sample);
-        QCOMPARE(w.m_customPlot->graph(5)->dataCount(), 1);
-    }
-
-    void plotHasTenCurvesColouredLikeTheLegend()
-    {
-        PidDebugWidget w;
-        QCOMPARE(w.m_customPlot->graphCount(), 10);
-        for (int g = 0; g < 10; ++g) {
-            QCOMPARE(w.m_customPlot->graph(g)->pen().color(), w.m_graphConfig->getGraphColor(g));
-            QCOMPARE(w.m_customPlot->graph(g)->visible(), g == 0 || g == 5);
-        }
-        QCOMPARE(w.m_customPlot->yAxis->range(), QCPRange(-700, 700));
-        QCOMPARE(w.m_customPlot->axisRect()->rangeZoom(), Qt::Horizontal);
-        w.m_cbxScale->setCurrentIndex(1);
-        QCOMPARE(w.m_customPlot->axisRect()->rangeZoom(), Qt::Vertical);
-        w.m_cbxScale->setCurrentIndex(0);
-        QCOMPARE(w.m_customPlot->axisRect()->rangeZoom(), Qt::Horizontal);
-    }
-
+    // Samples plot the stored target and the actual value at seconds since the board's
+    // start, in a ten-second window that follows the newest sample.
     void samplesFollowTheNewestInATenSecondWindow()
     {
-        PidDebugWidget w;
-        w.SltRecvFromSerialport(boardFrame(2, 1, le32(50)));
-        w.m_startTime = QDateTime::currentMSecsSinceEpoch();
-        w.SltRecvFromSerialport(boardFrame(2, 2, le32(-30)) + boardFrame(2, 2, le32(90)));
-        QCPGraph *target = w.m_customPlot->graph(1);
-        QCPGraph *actual = w.m_customPlot->graph(6);
-        QCOMPARE(target->dataCount(), 2);
-        QCOMPARE(actual->dataCount(), 2);
-        QCOMPARE(target->data()->at(0)->value, 50.0);
+        QVERIFY(openPort());
+        QVERIFY(boardSends(boardFrame(2, 1, le(50)) + boardFrame(2, 4) + boardFrame(2, 2, le(-30))));
+        QTest::qWait(30); // the time base set by the first start stays over a restart
+        QVERIFY(boardSends(boardFrame(2, 5) + boardFrame(2, 4) + boardFrame(2, 2, le(90))));
+        QCPGraph *target = m_plot->graph(1);
+        QCPGraph *actual = m_plot->graph(6);
+        QCOMPARE(target->data()->at(1)->value, 50.0);
         QCOMPARE(actual->data()->at(1)->value, 90.0);
         const double t = actual->data()->at(1)->key;
-        QVERIFY(t >= 0 && t < 5);
-        QCOMPARE(w.m_customPlot->xAxis->range().upper, t + 0.25);
-        QCOMPARE(w.m_customPlot->xAxis->range().size(), 10.0);
-        QCOMPARE(w.m_customPlot->yAxis->range(), QCPRange(-30, 90));
-
-        // twenty seconds later the old points have left the window
-        w.m_startTime -= 20000;
-        w.SltRecvFromSerialport(boardFrame(2, 2, le32(7)));
-        QCOMPARE(target->dataCount(), 1);
-        QCOMPARE(actual->dataCount(), 1);
-        QVERIFY(w.m_customPlot->xAxis->range().upper > 20);
-        // a single value keeps the span and centres on it
-        QCOMPARE(w.m_customPlot->yAxis->range().center(), 7.0);
-        QCOMPARE(w.m_customPlot->yAxis->range().size(), 120.0);
+        QVERIFY(t >= 0.03 && t < 60);
+        QCOMPARE(m_plot->xAxis->range(), QCPRange(t - 9.75, t + 0.25));
+        QCOMPARE(m_plot->yAxis->range(), QCPRange(-30, 90));
+        // reopening unsets the start: keys become epoch seconds, and the old points,
+        // far out of the window now, go
+        button("关闭串口")->click();
+        QVERIFY(openPort());
+        QVERIFY(boardSends(boardFrame(2, 2, le(7))));
+        QCOMPARE(target->dataCount() + actual->dataCount(), 2);
+        QVERIFY(actual->data()->at(0)->key > 1e9);
+        QCOMPARE(m_plot->yAxis->range(), QCPRange(-53, 67)); // one value keeps the span
+        // a start the user pressed first finds "停止": the board's report sets nothing
+        button("启动")->click();
+        QVERIFY(boardSends(boardFrame(2, 4) + boardFrame(2, 2, le(8))));
+        QVERIFY(actual->data()->at(1)->key > 1e9);
+        // display stopped: a sample is dropped, the next reception goes on
+        const QCPRange x = m_plot->xAxis->range();
+        m_page->findChild<QCheckBox *>()->setChecked(true);
+        QVERIFY(boardSends(boardFrame(2, 2, le(10))));
+        QVERIFY(boardSends(boardFrame(1, 1, le(77))));
+        QCOMPARE(edits()[3]->text(), QString("77"));
+        QCOMPARE(actual->dataCount(), 2);
+        QCOMPARE(m_plot->xAxis->range(), x);
     }
 
+    // Removing by rising index takes every other graph: the odd ones survive at 0 to 4.
     void clearKeepsEveryOtherCurveAsRequired()
     {
-        PidDebugWidget w;
-        w.SltRecvFromSerialport(boardFrame(2, 1, le32(50)) + boardFrame(2, 2, le32(10)) + boardFrame(1, 2, le32(3)));
-        const QList<int> counts{15, 17, 18, 19, 19};
-        w.m_btnClear->click();
-        QCOMPARE(w.m_customPlot->graphCount(), counts[0]);
+        QVERIFY(openPort());
+        QCOMPARE(m_plot->graphCount(), 10);
+        QVERIFY(boardSends(boardFrame(2, 1, le(50)) + boardFrame(2, 2, le(10)) + boardFrame(1, 2, le(3))));
+        button("清空显示")->click();
+        QCOMPARE(m_plot->graphCount(), 15);
         // CH1 target is gone; the old CH2 target is now first, in CH1's colour
-        QCOMPARE(w.m_customPlot->graph(0)->dataCount(), 1);
-        QCOMPARE(w.m_customPlot->graph(0)->data()->at(0)->value, 50.0);
-        QCOMPARE(w.m_customPlot->graph(0)->pen().color(), QColor("#D9001B"));
-        QCOMPARE(w.m_customPlot->graph(2)->data()->at(0)->value, 3.0); // old CH1 actual
-        for (int g = 0; g < 10; ++g)
-            QCOMPARE(w.m_customPlot->graph(g)->visible(), g == 0 || g == 5);
-        QCOMPARE(w.m_customPlot->graph(5)->dataCount(), 0);
-        QVERIFY(w.m_customPlot->graph(12)->visible());
+        QCOMPARE(m_plot->graph(0)->data()->at(0)->value, 50.0);
+        QCOMPARE(m_plot->graph(0)->pen().color(), QColor("#D9001B"));
+        QCOMPARE(m_plot->graph(2)->data()->at(0)->value, 3.0); // old CH1 actual
+        for (int g = 0; g < 13; ++g)
+            QCOMPARE(m_plot->graph(g)->visible(), g == 0 || g == 5 || g > 9);
+        QCOMPARE(m_plot->graph(5)->dataCount(), 0);
         // the fresh actual curve alone sets the scale, not the points before the clear
-        w.SltRecvFromSerialport(boardFrame(2, 2, le32(-4)) + boardFrame(2, 2, le32(6)));
-        QCOMPARE(w.m_customPlot->yAxis->range(), QCPRange(-4, 6));
-        for (int k = 1; k < counts.size(); ++k) {
-            w.m_btnClear->click();
-            QCOMPARE(w.m_customPlot->graphCount(), counts[k]);
+        QVERIFY(boardSends(boardFrame(2, 2, le(-4)) + boardFrame(2, 2, le(6))));
+        QCOMPARE(m_plot->yAxis->range(), QCPRange(-4, 6));
+        for (int count : {17, 18, 19, 19}) {
+            button("清空显示")->click();
+            QCOMPARE(m_plot->graphCount(), count);
         }
-        // reset clears the same way, whether or not a port is open
-        w.m_btnReset->click();
-        QCOMPARE(w.m_customPlot->graphCount(), 19);
+        button("复位")->click(); // clears the same way
+        QCOMPARE(m_plot->graphCount(), 19);
     }
 
-    void legendClicksShowAndHideCurves()
+    void legendAndScaleDriveThePlot()
     {
-        PidDebugWidget w;
-        w.resize(1100, 700);
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
-        GraphConfigWidget *legend = w.m_graphConfig;
-        const int half = legend->height() / 2;
-        QTest::mouseClick(legend, Qt::LeftButton, Qt::NoModifier, QPoint(60 + 70 * 2 + 10, half + 2));
-        QVERIFY(w.m_customPlot->graph(7)->visible());
-        QTest::mouseClick(legend, Qt::LeftButton, Qt::NoModifier, QPoint(70, 2));
-        QVERIFY(!w.m_customPlot->graph(0)->visible());
-        QTest::mouseClick(legend, Qt::LeftButton, Qt::NoModifier, QPoint(70, half + 2));
-        QTest::mouseClick(legend, Qt::LeftButton, Qt::NoModifier, QPoint(60 + 70 * 2 + 10, half + 2));
-        // the last shown curve stays
-        QVERIFY(!w.m_customPlot->graph(5)->visible());
-        QVERIFY(w.m_customPlot->graph(7)->visible());
-        QVERIFY(legend->isVisible(7));
-        // a clear copies the legend's state into the new graphs
-        w.m_btnClear->click();
+        m_page->resize(1100, 700);
+        m_page->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_page));
+        auto *legend = m_page->findChild<GraphConfigWidget *>();
+        const int row2 = legend->height() / 2 + 2;
+        // CH3 actual on, CH1 target off, CH1 actual off, CH3 actual refused (last one)
+        for (const QPoint &p : {QPoint(210, row2), QPoint(70, 2), QPoint(70, row2), QPoint(210, row2)})
+            QTest::mouseClick(legend, Qt::LeftButton, Qt::NoModifier, p);
         for (int g = 0; g < 10; ++g)
-            QCOMPARE(w.m_customPlot->graph(g)->visible(), g == 7);
+            QCOMPARE(m_plot->graph(g)->visible(), g == 7);
+        button("清空显示")->click(); // copies the legend's state into the new graphs
+        for (int g = 0; g < 10; ++g)
+            QCOMPARE(m_plot->graph(g)->visible(), g == 7);
+        at<QComboBox>("PID值配置", 8)->setCurrentIndex(1);
+        QCOMPARE(m_plot->axisRect()->rangeZoom(), Qt::Vertical);
+        at<QComboBox>("PID值配置", 8)->setCurrentIndex(0);
+        QCOMPARE(m_plot->axisRect()->rangeZoom(), Qt::Horizontal);
     }
 
-    void exportWritesEveryChannelInGb18030()
+    // the file holds what the plot holds, by graph position, in GB18030 without BOM
+    void exportWritesWhatThePlotHolds_data()
     {
-        QTemporaryDir dir;
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        w.SltRecvFromSerialport(boardFrame(1, 1, le32(200)) + boardFrame(1, 2, le32(150)) + boardFrame(1, 2, le32(1234567))
-                                + boardFrame(3, 2, le32(-5)));
-        const QString path = dir.filePath("pid.csv");
-        const QString expected = QString("PID调试数据\n"
-                                         "通道 1 数据如下：\n序号,实际值,目标值,差值\n"
-                                         "1,150,200,-50\n2,1.23457e+06,200,1.23437e+06\n\n\n"
-                                         "通道 2 数据如下：\n序号,实际值,目标值,差值\n\n\n"
-                                         "通道 3 数据如下：\n序号,实际值,目标值,差值\n1,-5,0,-5\n\n\n")
-                                 + emptyChannels(4);
-        QCOMPARE(exportText(w, path), expected);
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll().left(12), QByteArray::fromHex("504944b5f7cad4cafdbedd0a"));
-        QCOMPARE(notes.count(), 1);
-        QCOMPARE(notes.at(0).at(0).toString(), "文件已导出：" + path);
-        QCOMPARE(notes.at(0).at(1).toInt(), 0);
+        QTest::addColumn<Frames>("frames");
+        QTest::addColumn<bool>("clear");
+        QTest::addColumn<QStringList>("rows"); // point lines of channels 1 to 5
+        QTest::newRow("no data") << Frames() << false << QStringList{"", "", "", "", ""};
+        QTest::newRow("samples") << boardFrame(1, 1, le(200)) + boardFrame(1, 2, le(150)) + boardFrame(1, 2, le(1234567))
+                                        + boardFrame(3, 2, le(-5))
+                                 << false << QStringList{"1,150,200,-50\n2,1.23457e+06,200,1.23437e+06\n", "", "1,-5,0,-5\n", "", ""};
+        // the survivors of a clear go under their new positions; fresh actual curves read 0
+        QTest::newRow("after a clear") << boardFrame(2, 1, le(50)) + boardFrame(2, 2, le(10)) + boardFrame(1, 2, le(3)) << true
+                                       << QStringList{"1,0,50,-50\n", "", "1,0,3,-3\n", "", ""};
     }
 
-    void exportWithoutDataStillWritesAllChannels()
+    void exportWritesWhatThePlotHolds()
     {
+        QFETCH(Frames, frames);
+        QFETCH(bool, clear);
+        QFETCH(QStringList, rows);
+        QVERIFY(openPort());
+        QVERIFY(frames.isEmpty() || boardSends(frames));
+        if (clear)
+            button("清空显示")->click();
         QTemporaryDir dir;
-        PidDebugWidget w;
-        const QString path = dir.filePath("empty.csv");
-        // a longer older file is truncated
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write(QByteArray(4096, 'x'));
-        old.close();
-        QCOMPARE(exportText(w, path), "PID调试数据\n" + emptyChannels(1));
+        QFile file(dir.filePath("pid.csv"));
+        QVERIFY(file.open(QIODevice::WriteOnly)); // a longer older file is truncated
+        file.write(QByteArray(4096, 'x'));
+        file.close();
+        m_page->ExportDataToFile(file.fileName());
+        QString text = "PID调试数据\n";
+        for (int n = 1; n <= 5; ++n)
+            text += QString("通道 %1 数据如下：\n序号,实际值,目标值,差值\n").arg(n) + rows[n - 1] + "\n\n";
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QTextCodec::codecForName("GB18030")->fromUnicode(text));
+        QCOMPARE(m_notes->last(), (QVariantList{"文件已导出：" + file.fileName(), 0}));
     }
 
-    void exportAfterAClearFollowsGraphPositions()
-    {
-        QTemporaryDir dir;
-        PidDebugWidget w;
-        w.SltRecvFromSerialport(boardFrame(2, 1, le32(50)) + boardFrame(2, 2, le32(10)) + boardFrame(1, 2, le32(3)));
-        w.m_btnClear->click();
-        // positions 0 (old CH2 target) and 2 (old CH1 actual) kept their points, the
-        // fresh actual curves are empty and read 0
-        const QString expected = QString("PID调试数据\n"
-                                         "通道 1 数据如下：\n序号,实际值,目标值,差值\n1,0,50,-50\n\n\n"
-                                         "通道 2 数据如下：\n序号,实际值,目标值,差值\n\n\n"
-                                         "通道 3 数据如下：\n序号,实际值,目标值,差值\n1,0,3,-3\n\n\n")
-                                 + emptyChannels(4);
-        QCOMPARE(exportText(w, dir.filePath("clear.csv")), expected);
-    }
-
+    // through the dialog; cancelled or unwritable, nothing is said
     void exportThroughTheDialog()
     {
         QTemporaryDir dir;
-        PidDebugWidget w;
-        const QString path = dir.filePath("dialog.csv");
-        bool sawFileDialog = false;
-        // a file dialog can take a while to come up on a busy machine
-        LarkTest::onNextModal([&](QWidget *dlg) {
-            auto *fd = qobject_cast<QFileDialog *>(dlg);
-            sawFileDialog = fd != nullptr;
-            if (fd) {
-                LarkTest::chooseFileInDialog(fd, path);
-            } else if (auto *d = qobject_cast<QDialog *>(dlg)) {
-                d->reject();
-            } else {
-                dlg->close();
-            }
-        }, 60000);
-        w.m_btnExport->click();
-        QVERIFY(sawFileDialog);
-        QVERIFY(QFile::exists(path));
-
-        // cancelled: nothing written, nothing said
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        LarkTest::onNextModal([](QWidget *dlg) {
-            if (auto *d = qobject_cast<QDialog *>(dlg))
-                d->reject();
-            else
-                dlg->close();
-        }, 60000);
-        w.m_btnExport->click();
-        QCOMPARE(notes.count(), 0);
+        LarkTest::answerNextFileDialog(dir.filePath("dialog.csv"));
+        button("导出数据")->click();
+        QVERIFY(QFile::exists(dir.filePath("dialog.csv")));
+        LarkTest::onNextModal([](QWidget *dlg) { dlg->close(); });
+        button("导出数据")->click();
+        QVERIFY(modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
+        QCOMPARE(m_notes->count(), 1);
     }
 
-    void exportToAnUnwritablePlaceWarns()
+    void watcherKeepsTheOpenPortAndClosesAVanishedOne()
     {
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        bool warned = false;
-        LarkTest::onNextModal([&](QWidget *dlg) {
-            for (QLabel *l : dlg->findChildren<QLabel *>())
-                warned = warned || l->text().contains("文件保存失败!");
-            dlg->close();
-        });
-        w.ExportDataToFile("/nonexistent-lark-dir/pid.csv");
-        QVERIFY(warned);
-        QCOMPARE(notes.count(), 0);
+        QVERIFY(openPort());
+        auto *ports = at<QComboBox>("串口配置", 0);
+        m_page->SltSerialportChanged({"ttyS0", m_pty->programShortName(), "ttyUSB0"});
+        QVERIFY(m_page->serialPort()->isOpen());
+        QCOMPARE(ports->currentText(), m_pty->programShortName());
+        button("启动")->click();
+        m_pty->stop();
+        m_page->SltSerialportChanged({"ttyS0"});
+        QCOMPARE(ports->count(), 1);
+        QVERIFY(!m_page->serialPort()->isOpen());
+        QVERIFY(button("启动") && button("打开串口"));
+        QCOMPARE(m_notes->last(), (QVariantList{"当前串口已拔出，请重新打开!", 255}));
     }
 
-    void boardFramesThroughThePty()
+    // closing the program while running leaves the board running: no SendStop
+    void closingTheProgramSendsNoStop()
     {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        QVERIFY(pty.boardWrite(QByteArray("noise") + boardFrame(1, 4) + boardFrame(1, 1, le32(321))
-                               + boardFrame(1, 3, leFloats(0.5f, 0.25f, 0.125f))));
-        QTRY_COMPARE(w.m_edtD->text(), QString("0.125"));
-        QCOMPARE(w.m_edtTarget->text(), QString("321"));
-        QCOMPARE(w.m_btnStart->text(), QString("停止"));
-        QVERIFY(w.m_startTime != -1);
-        QVERIFY(pty.boardWrite(boardFrame(1, 5)));
-        QTRY_COMPARE(w.m_btnStart->text(), QString("启动"));
-    }
-
-    // 1 MB of samples in one reception is taken in one pass, without deep calls
-    void megabyteReceptionIsParsedCompletely()
-    {
-        PidDebugWidget w;
-        QByteArray big;
-        int n = 0;
-        while (big.size() < (1 << 20)) {
-            big += boardFrame(n % 5 + 1, n % 7 == 0 ? 1 : 2, le32(n));
-            ++n;
-        }
-        w.SltRecvFromSerialport(big);
-        QCOMPARE(w.m_recvBuffer, QByteArray());
-        int points = 0;
-        for (int g = 5; g < 10; ++g)
-            points += w.m_customPlot->graph(g)->dataCount();
-        QCOMPARE(points, n - (n + 6) / 7);
-    }
-
-    void megabyteStreamThroughThePty()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        QByteArray big;
-        int n = 0;
-        while (big.size() < (1 << 20)) {
-            big += boardFrame(n % 5 + 1, 1, le32(n));
-            ++n;
-        }
-        big += boardFrame(2, 6, le32(4242));
-        QVERIFY(pty.boardWrite(big));
-        QTRY_COMPARE_WITH_TIMEOUT(w.m_channels[1].period, 4242, 20000);
-        QCOMPARE(w.m_recvBuffer, QByteArray());
-        QCOMPARE(w.m_channels[(n - 1) % 5].target, n - 1);
-    }
-
-    void zeroLengthStallsWithoutHarm()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        QVERIFY(pty.boardWrite(withLength(boardFrame(1, 1, le32(5)), 0)));
-        QTRY_COMPARE(w.m_recvBuffer.size(), 15);
-        QByteArray more;
-        for (int i = 0; i < 2000; ++i)
-            more += boardFrame(1, 1, le32(i));
-        QVERIFY(pty.boardWrite(more));
-        QTRY_COMPARE_WITH_TIMEOUT(w.m_recvBuffer.size(), 15 + more.size(), 10000);
-        QCOMPARE(w.m_channels[0].target, 0);
-        // the page still works the other way
-        w.m_btnSendValue->click();
-        QCOMPARE(pty.boardReadAtLeast(15).size(), 15);
-    }
-
-    void randomBytesNeverCrash()
-    {
-        PidDebugWidget w;
-        w.show();
-        QRandomGenerator rng(20261122);
-        QElapsedTimer timer;
-        timer.start();
-        qint64 fed = 0;
-        while (timer.elapsed() < 8000) {
-            QByteArray chunk;
-            const int parts = rng.bounded(1, 8);
-            for (int k = 0; k < parts; ++k) {
-                if (rng.bounded(3) == 0) {
-                    QByteArray junk(rng.bounded(0, 40), 0);
-                    for (char &ch : junk)
-                        ch = char(rng.bounded(256));
-                    chunk += junk;
-                } else {
-                    QByteArray payload(rng.bounded(0, 14), 0);
-                    for (char &ch : payload)
-                        ch = char(rng.bounded(256));
-                    QByteArray f = boardFrame(rng.bounded(0, 8), rng.bounded(0, 9), payload);
-                    if (rng.bounded(4) == 0)
-                        f = withLength(f, qint32(rng.bounded(-3, 40)));
-                    chunk += f.left(rng.bounded(1, f.size() + 1));
-                }
-            }
-            w.SltRecvFromSerialport(chunk);
-            fed += chunk.size();
-            // a stalled link never recovers; start over as a reopened program would
-            if (w.m_recvBuffer.size() > 4096)
-                w.m_recvBuffer.clear();
-            if (rng.bounded(50) == 0)
-                w.m_btnClear->click();
-            QCoreApplication::processEvents();
-        }
-        QVERIFY(fed > 10000);
-        QVERIFY(w.m_customPlot->graphCount() <= 19);
-    }
-
-    void vanishedPortIsClosedWithAMessage()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        QSignalSpy notes(&w, SIGNAL(signalNotify(QString,int)));
-        openOn(w, pty);
-        w.m_btnStart->click();
-        QVERIFY(pty.boardWrite(boardFrame(1, 2, le32(1))));
-        QTRY_COMPARE(w.m_customPlot->graph(5)->dataCount(), 1);
-        pty.stop();
-        QTest::qWait(50);
-        // the watcher's next report no longer lists the port
-        w.SltSerialportChanged(QStringList{"ttyS0"});
-        QCOMPARE(w.m_cbxPortName->count(), 1);
-        QVERIFY(!w.m_serialPort->isOpen());
-        QCOMPARE(w.m_btnStart->text(), QString("启动"));
-        QCOMPARE(w.m_btnOpen->text(), QString("打开串口"));
-        QCOMPARE(notes.last().at(0).toString(), QString("当前串口已拔出，请重新打开!"));
-        QCOMPARE(notes.last().at(1).toInt(), 255);
-    }
-
-    void watcherListKeepsTheOpenPortSelected()
-    {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        PidDebugWidget w;
-        openOn(w, pty);
-        w.SltSerialportChanged({"ttyS0", pty.programShortName(), "ttyUSB0"});
-        QVERIFY(w.m_serialPort->isOpen());
-        QCOMPARE(w.m_cbxPortName->currentText(), pty.programShortName());
-        QCOMPARE(w.m_cbxPortName->count(), 3);
+        QVERIFY(openPort());
+        button("启动")->click();
+        QCOMPARE(m_pty->boardReadAtLeast(11).toHex(), QByteArray("4c41524b010b0000001248"));
+        dropPage();
+        makePage();
+        QVERIFY(openPort());
+        button("复位")->click();
+        QCOMPARE(m_pty->boardReadAtLeast(11).toHex(), QByteArray("4c41524b010b000000144a"));
     }
 };
 
