@@ -27,9 +27,6 @@ public:
     bool isVisible(int index);
     bool hasVisibleGraph();
 
-    // the entry of a graph, or null; for tests and the page's read-outs
-    const GraphItem *item(int index) const { return m_items.value(keyFromGraphIndex(index)); }
-
     QSize sizeHint() const override;
 
 signals:

@@ -5,6 +5,7 @@
 #include "PidFrame.h"
 #include "PidFrameDecoder.h"
 #include "QtMessageBox.h"
+#include "QtSerialConfigLists.h"
 #include "QtSerialPort.h"
 #include "StatusLabel.h"
 
@@ -252,15 +253,7 @@ void PidDebugWidget::InitPlot()
 
 void PidDebugWidget::InitSerialPortConfig()
 {
-    m_cbxBaudrate->addItems({"2400", "4800", "9600", "19200", "38400", "57600", "115200",
-                             "128000", "230400", "256000", "460800"});
-    m_cbxBaudrate->setCurrentIndex(6);
-    m_cbxDataBits->addItems({"5", "6", "7", "8"});
-    m_cbxDataBits->setCurrentIndex(3);
-    m_cbxStopBits->addItems({"1", "2"});
-    m_cbxStopBits->setCurrentIndex(0);
-    m_cbxParity->addItems({"无", "奇", "偶"});
-    m_cbxParity->setCurrentIndex(0);
+    QtSerialConfigLists::fill(m_cbxBaudrate, m_cbxParity, m_cbxDataBits, m_cbxStopBits);
 
     m_serialPort = new QtSerialPort;
     connect(m_serialPort, SIGNAL(bytesRead(QByteArray)), this, SLOT(SltRecvFromSerialport(QByteArray)));
