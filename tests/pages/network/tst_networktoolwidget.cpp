@@ -6,23 +6,9 @@
 #include "StatusLabel.h"
 #include "TcpServer.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QFile>
-#include <QFileInfo>
-#include <QLabel>
-#include <QLineEdit>
-#include <QNetworkDatagram>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSignalSpy>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTemporaryDir>
-#include <QTextBrowser>
-#include <QTextEdit>
-#include <QUdpSocket>
+#include <QtNetwork>
 #include <QtTest>
+#include <QtWidgets>
 #include <memory>
 #include <vector>
 
@@ -41,12 +27,13 @@ struct Rig {
     template <class T>
     T *child(const char *name)
     {
-        T *w = page.findChild<T *>(name);
-        if (!w)
-            qFatal("page has no %s", name);
-        return w;
+        if (T *w = page.findChild<T *>(name))
+            return w;
+        qFatal("page has no %s", name);
     }
     QString button() { return child<QPushButton>("btnOpen")->text(); }
+    bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
+    bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
     QPushButton *sendButton()
     {
         for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>()) {
@@ -70,7 +57,6 @@ struct Rig {
             items << box->itemText(i);
         return items;
     }
-
     void setMode(int mode, const QString &port)
     {
         child<QComboBox>("cbxNetType")->setCurrentIndex(mode);
@@ -78,33 +64,12 @@ struct Rig {
         child<QLineEdit>("edtPort")->setText(port);
     }
     void press() { QTest::mouseClick(child<QPushButton>("btnOpen"), Qt::LeftButton); }
-    void open(int mode, const QString &port)
-    {
-        setMode(mode, port);
-        press();
-    }
-    quint16 startServer()
-    {
-        open(NetworkToolWidget::TcpServerMode, "0");
-        return page.tcpServer()->serverPort();
-    }
-    quint16 startUdp()
-    {
-        open(NetworkToolWidget::UdpMode, "0");
-        return page.udpSocket()->localPort();
-    }
+    void open(int mode, const QString &port) { setMode(mode, port); press(); }
+    quint16 startServer() { open(0, "0"); return page.tcpServer()->serverPort(); }
+    quint16 startUdp() { open(2, "0"); return page.udpSocket()->localPort(); }
     // the send box's signal, as its send button emits it
-    void send(const QByteArray &data)
-    {
-        QMetaObject::invokeMethod(page.sendBox(), "signalSendData", Q_ARG(QByteArray, data));
-    }
+    void send(const QByteArray &data) { QMetaObject::invokeMethod(page.sendBox(), "signalSendData", Q_ARG(QByteArray, data)); }
 
-    // waits for the page's client socket to be connected to board; its board end
-    Peer acceptOnBoard()
-    {
-        QTest::qWaitFor([this] { return board.hasPendingConnections() && button() == "断开连接"; }, 5000);
-        return Peer(board.nextPendingConnection());
-    }
     std::vector<Peer> connectClients(quint16 port, int n)
     {
         std::vector<Peer> peers;
@@ -113,14 +78,8 @@ struct Rig {
             peers.emplace_back(new QTcpSocket);
             peers.back()->connectToHost(QHostAddress::LocalHost, port);
         }
-        QTest::qWaitFor([&] {
-            for (auto &p : peers) {
-                if (p->state() != QAbstractSocket::ConnectedState)
-                    return false;
-            }
-            return page.tcpServer()->counts() == before + n;
-        }, 20000);
-        return peers;
+        const bool all = QTest::qWaitFor([&] { return page.tcpServer()->counts() == before + n; }, 20000);
+        return all ? std::move(peers) : std::vector<Peer>();
     }
     // the name the page gives a client of its server
     QString nameOf(const QTcpSocket &peer)
@@ -131,7 +90,6 @@ struct Rig {
         }
         return QString();
     }
-
     // presses "断开" and answers the box with its OK or cancel button; the box's
     // "title: question" lands in the result, which stays empty if nothing asks
     std::shared_ptr<QString> pressDisconnect(bool ok, int timeoutMs = 5000)
@@ -161,11 +119,8 @@ class TstNetworkToolWidget : public QObject
     std::unique_ptr<Rig> rig;
 
 private slots:
-    void initTestCase()
-    {
-        // set up by the serial page in the program
-        NumberTool::m_newLine = QByteArray("\r\n");
-    }
+    // set up by the serial page in the program
+    void initTestCase() { NumberTool::m_newLine = QByteArray("\r\n"); }
     void init() { rig.reset(new Rig); }
     void cleanup() { rig.reset(); }
 
@@ -176,17 +131,13 @@ private slots:
         QTest::addColumn<QString>("running");
         QTest::addColumn<QStringList>("opened");
         QTest::addColumn<QStringList>("closed");
-        QTest::addColumn<bool>("modeLocked");
-        QTest::newRow("TCP Server") << 0 << "启动监听" << "停止监听"
-                                    << QStringList{"TCP服务监听[端口:0]已启动!!"}
-                                    << QStringList{"TCP服务监听[端口:0]已关闭!!"} << true;
+        QTest::newRow("TCP Server") << 0 << "启动监听" << "停止监听" << QStringList{"TCP服务监听[端口:0]已启动!!"}
+                                    << QStringList{"TCP服务监听[端口:0]已关闭!!"};
         // the user's close gives the socket's own report, then the button's
         QTest::newRow("TCP Client") << 1 << "建立连接" << "断开连接"
                                     << QStringList{"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"}
-                                    << QStringList{"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"}
-                                    << false;
-        QTest::newRow("UDP") << 2 << "打开" << "关闭" << QStringList{"UDP服务监听[端口:0]已启动!!"}
-                             << QStringList() << true;
+                                    << QStringList{"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"};
+        QTest::newRow("UDP") << 2 << "打开" << "关闭" << QStringList{"UDP服务监听[端口:0]已启动!!"} << QStringList();
     }
 
     void eachModeOpensAndClosesWithItsNotices()
@@ -196,7 +147,6 @@ private slots:
         QFETCH(QString, running);
         QFETCH(QStringList, opened);
         QFETCH(QStringList, closed);
-        QFETCH(bool, modeLocked);
         QVERIFY(rig->board.listen(QHostAddress::LocalHost, 0));
         // through another mode first, so that every row is a real change of mode
         rig->child<QComboBox>("cbxNetType")->setCurrentIndex(mode == 1 ? 2 : 1);
@@ -208,44 +158,35 @@ private slots:
         rig->press();
         QTRY_COMPARE(rig->notices(), opened);
         QCOMPARE(rig->button(), running);
-        QVERIFY(rig->child<StatusLabel>("statusLabel")->isWork());
-        QVERIFY(rig->sendButton()->isEnabled());
-        QCOMPARE(rig->child<QComboBox>("cbxNetType")->isEnabled(), !modeLocked);
+        QVERIFY(rig->lampOn() && rig->sendButton()->isEnabled());
+        // only the client mode leaves the mode free while running
+        QCOMPARE(rig->modeFree(), mode == 1);
 
         rig->notify.clear();
         rig->press();
         QCOMPARE(rig->notices(), closed);
         QCOMPARE(rig->button(), idle);
-        QVERIFY(!rig->child<StatusLabel>("statusLabel")->isWork());
-        QVERIFY(!rig->sendButton()->isEnabled());
-        QVERIFY(rig->child<QComboBox>("cbxNetType")->isEnabled());
+        QVERIFY(!rig->lampOn() && !rig->sendButton()->isEnabled() && rig->modeFree());
     }
 
-    void serverTagsEachClientAndSendsToAllOrTheSelectedOne()
+    void serverTagsEachClientSendsToAllOrOneAndListensAgainAfterStopping()
     {
         auto peers = rig->connectClients(rig->startServer(), 3);
-        QCOMPARE(rig->page.tcpServer()->counts(), 3);
+        QCOMPARE(int(peers.size()), 3);
         QStringList names;
         for (auto &p : peers)
             names << rig->nameOf(*p);
         QStringList listed = rig->clients();
         QCOMPARE(listed.takeFirst(), QString("All Clients"));
-        // acceptance order is not the test's to fix
-        std::sort(listed.begin(), listed.end());
-        QStringList sorted = names;
-        std::sort(sorted.begin(), sorted.end());
-        QCOMPARE(listed, sorted);
+        QCOMPARE(QSet<QString>(listed.begin(), listed.end()), QSet<QString>(names.begin(), names.end()));
 
         QSignalSpy refresh(&rig->page, SIGNAL(signalRefresCounts(int)));
         peers[0]->write("first\r\n");
         QTRY_COMPARE(rig->page.recvCount(), quint64(7));
         peers[1]->write("<b>second</b>");
-        QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client %1] first\n[Tcp client %2] <b>second</b>")
-                                               .arg(names[0], names[1]));
-        QCOMPARE(rig->page.recvCount(), quint64(7 + 13));
-        QVERIFY(!refresh.isEmpty());
-        for (const auto &args : refresh)
-            QCOMPARE(args.at(0).toInt(), 2);
+        QTRY_COMPARE(rig->page.recvText(),
+                     QString("[Tcp client %1] first\n[Tcp client %2] <b>second</b>").arg(names[0], names[1]));
+        QCOMPARE(refresh.last().at(0).toInt(), 2);
 
         // through the send box with the page's send settings, to all clients
         rig->page.show();
@@ -253,11 +194,10 @@ private slots:
         QTest::mouseClick(rig->child<QCheckBox>("chkSendNewLine"), Qt::LeftButton);
         rig->page.sendBox()->findChild<QTextEdit *>()->setPlainText("41 42");
         QTest::mouseClick(rig->sendButton(), Qt::LeftButton);
-        for (auto &p : peers)
+        for (auto &p : peers) {
             QTRY_COMPARE(p->bytesAvailable(), qint64(4));
-        for (auto &p : peers)
             QCOMPARE(p->readAll(), QByteArray("AB\r\n"));
-
+        }
         // the client box at the moment of sending picks the one client
         QComboBox *box = rig->child<QComboBox>("cbxClients");
         box->setCurrentIndex(box->findText(names[2]));
@@ -266,36 +206,32 @@ private slots:
         rig->send("zero");
         QTRY_COMPARE(peers[2]->bytesAvailable(), qint64(3));
         QTRY_COMPARE(peers[0]->bytesAvailable(), qint64(4));
-        QCOMPARE(peers[0]->readAll(), QByteArray("zero"));
         QCOMPARE(peers[1]->bytesAvailable(), qint64(0));
         QCOMPARE(rig->page.getCounts(), (QStringList{"发送字节: 11", "接收字节: 20"}));
 
         peers[1]->disconnectFromHost();
         QTRY_VERIFY(!rig->clients().contains(names[1]));
         QCOMPARE(rig->clients().size(), 3);
-    }
 
-    void stoppingDropsEveryClientAndTheServerListensAgain()
-    {
-        auto peers = rig->connectClients(rig->startServer(), 3);
-        QCOMPARE(rig->page.tcpServer()->counts(), 3);
+        // stopping drops the clients that are left; the same server listens again
         rig->press();
         QCOMPARE(rig->clients(), QStringList{"All Clients"});
-        for (auto &p : peers)
-            QTRY_COMPARE(p->state(), QAbstractSocket::UnconnectedState);
-
+        QTRY_COMPARE(peers[0]->state(), QAbstractSocket::UnconnectedState);
         rig->press();
-        QVERIFY(rig->page.tcpServer()->isListening());
         auto again = rig->connectClients(rig->page.tcpServer()->serverPort(), 1);
         QCOMPARE(rig->clients().size(), 2);
-        again[0]->write("back");
-        QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client %1] back").arg(rig->nameOf(*again[0])));
     }
 
     void disconnectAsksThenDropsAllOrTheSelectedClient()
     {
-        auto peers = rig->connectClients(rig->startServer(), 3);
-        QCOMPARE(rig->page.tcpServer()->counts(), 3);
+        rig->startServer();
+        // with no clients nothing is asked (a box would be answered and seen here);
+        // the wait lets that watcher give up before the next box comes
+        QCOMPARE(*rig->pressDisconnect(false, 100), QString());
+        QTest::qWait(200);
+
+        auto peers = rig->connectClients(rig->page.tcpServer()->serverPort(), 3);
+        QCOMPARE(int(peers.size()), 3);
         QCOMPARE(*rig->pressDisconnect(false), QString("询问: 是否确认断开所有连接?"));
         QCOMPARE(rig->page.tcpServer()->counts(), 3);
 
@@ -311,17 +247,7 @@ private slots:
         QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开所有连接?"));
         QCOMPARE(rig->clients(), QStringList{"All Clients"});
         QTRY_COMPARE(peers[0]->state(), QAbstractSocket::UnconnectedState);
-        QTRY_COMPARE(peers[2]->state(), QAbstractSocket::UnconnectedState);
         QVERIFY(rig->page.tcpServer()->isListening());
-    }
-
-    void disconnectWithNoClientsAsksNothing()
-    {
-        rig->startServer();
-        // a box, had one come up, would be answered by the watcher and seen here
-        QCOMPARE(*rig->pressDisconnect(false, 100), QString());
-        // let the watcher give up, so that it cannot answer a later test's box
-        QTest::qWait(200);
     }
 
     void clientRetriesARefusedConnectionThenTalksToItsServer()
@@ -338,8 +264,8 @@ private slots:
         if (!rig->board.listen(QHostAddress::LocalHost, port))
             QSKIP("the freed port was taken by someone else");
         rig->press();
-        Peer peer = rig->acceptOnBoard();
-        QVERIFY(peer);
+        QTRY_VERIFY(rig->board.hasPendingConnections() && rig->button() == "断开连接");
+        Peer peer(rig->board.nextPendingConnection());
         peer->write("board\r\n");
         QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client  来自服务端消息 ] board"));
         rig->send("pc");
@@ -354,7 +280,7 @@ private slots:
         QVERIFY(!rig->page.tcpSocket()->isOpen());
     }
 
-    void udpTagsEachSenderHexRunsOnAndStoppedDataIsOnlyCounted()
+    void udpTagsEachSenderHexRunsOnStoppedDataIsOnlyCountedAndSaved()
     {
         const quint16 port = rig->startUdp();
         QUdpSocket a, b;
@@ -366,7 +292,6 @@ private slots:
         QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client  UDP from 127.0.0.1:%1 ] from a\n"
                                                    "[Tcp client  UDP from 127.0.0.1:%2 ] from b")
                                                .arg(a.localPort()).arg(b.localPort()));
-
         // in HEX the senders run together, untagged, CR LF kept
         rig->page.clearRecv();
         rig->child<QRadioButton>("rbtnRecvHex")->setChecked(true);
@@ -378,7 +303,16 @@ private slots:
         rig->child<QCheckBox>("chkStopShow")->setChecked(true);
         a.writeDatagram("hidden", QHostAddress::LocalHost, port);
         QTRY_COMPARE(rig->page.getCounts(), (QStringList{"发送字节: 0", "接收字节: 24"}));
-        QCOMPARE(rig->page.recvText(), QString("41 0D 0A 42 "));
+
+        // what the view holds, saved through the real dialog as bytes
+        QTemporaryDir dir;
+        rig->notify.clear();
+        LarkTest::answerNextFileDialog(dir.filePath("capture"), "*.bin");
+        QTest::mouseClick(rig->child<QPushButton>("btnSaveFile"), Qt::LeftButton);
+        QCOMPARE(rig->notices(), QStringList{"文件保存完成!"});
+        QFile file(dir.filePath("capture.bin"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("A\r\nB"));
     }
 
     void udpSendGoesToTheDestinationOrTipsAndIsCountedEither_data()
@@ -409,9 +343,8 @@ private slots:
         if (tip.isEmpty()) {
             QTRY_VERIFY(target.hasPendingDatagrams());
             QCOMPARE(target.receiveDatagram().data(), QByteArray("ping"));
-            tip = "-";
         }
-        QCOMPARE(QtMessageTip::Instance()->text(), tip);
+        QCOMPARE(QtMessageTip::Instance()->text(), tip.isEmpty() ? QString("-") : tip);
     }
 
     void portTextDecidesWhereTheServerOrUdpOpens_data()
@@ -419,13 +352,12 @@ private slots:
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("port");
         QTest::addColumn<QString>("notice");
-        QTest::addColumn<int>("level");
         // text that is no port gives 0, and the system picks a free one
-        QTest::newRow("server, letters") << 0 << "port" << "TCP服务监听[端口:0]已启动!!" << 0;
-        QTest::newRow("server, too big") << 0 << "70000" << "TCP服务监听[端口:0]已启动!!" << 0;
-        QTest::newRow("udp, empty") << 2 << "" << "UDP服务监听[端口:0]已启动!!" << 0;
-        QTest::newRow("server, in use") << 0 << "taken" << "TCP服务监听[端口:%1]失败，请确认该端口是否可用!!" << 255;
-        QTest::newRow("udp, in use") << 2 << "taken" << "UDP服务监听[端口:%1]失败，请确认该端口是否可用!!" << 255;
+        QTest::newRow("server, letters") << 0 << "port" << "TCP服务监听[端口:0]已启动!!";
+        QTest::newRow("server, too big") << 0 << "70000" << "TCP服务监听[端口:0]已启动!!";
+        QTest::newRow("udp, empty") << 2 << "" << "UDP服务监听[端口:0]已启动!!";
+        QTest::newRow("server, in use") << 0 << "taken" << "TCP服务监听[端口:%1]失败，请确认该端口是否可用!!";
+        QTest::newRow("udp, in use") << 2 << "taken" << "UDP服务监听[端口:%1]失败，请确认该端口是否可用!!";
     }
 
     void portTextDecidesWhereTheServerOrUdpOpens()
@@ -433,47 +365,24 @@ private slots:
         QFETCH(int, mode);
         QFETCH(QString, port);
         QFETCH(QString, notice);
-        QFETCH(int, level);
         QTcpServer tcpHolder;
         QUdpSocket udpHolder;
         QVERIFY(tcpHolder.listen(QHostAddress::Any, 0));
         QVERIFY(udpHolder.bind(QHostAddress::Any, 0, QAbstractSocket::DontShareAddress));
-        if (port == "taken") {
-            port = QString::number(mode == 0 ? tcpHolder.serverPort() : udpHolder.localPort());
-            notice = notice.arg(port);
-        }
+        const bool opened = port != "taken";
+        if (!opened)
+            notice = notice.arg(port = QString::number(mode == 0 ? tcpHolder.serverPort() : udpHolder.localPort()));
         rig->open(mode, port);
         QCOMPARE(rig->notices(), QStringList{notice});
-        QCOMPARE(rig->notify.last().at(1).toInt(), level);
-        const bool opened = level == 0;
-        const quint16 local = mode == 0 ? rig->page.tcpServer()->serverPort() : rig->page.udpSocket()->localPort();
-        QCOMPARE(local != 0, opened);
-        QCOMPARE(rig->child<StatusLabel>("statusLabel")->isWork(), opened);
-        QCOMPARE(rig->child<QComboBox>("cbxNetType")->isEnabled(), !opened);
-    }
-
-    void saveWritesWhatArrivedToTheFileChosenInTheDialog()
-    {
-        QTemporaryDir dir;
-        QVERIFY(dir.isValid());
-        const quint16 port = rig->startUdp();
-        rig->child<QRadioButton>("rbtnRecvHex")->setChecked(true);
-        QUdpSocket peer;
-        peer.writeDatagram(QByteArray("\x10\x20\xff", 3), QHostAddress::LocalHost, port);
-        QTRY_COMPARE(rig->page.recvCount(), quint64(3));
-        rig->notify.clear();
-        LarkTest::answerNextFileDialog(dir.filePath("capture"), "*.bin");
-        QTest::mouseClick(rig->child<QPushButton>("btnSaveFile"), Qt::LeftButton);
-        QCOMPARE(rig->notices(), QStringList{"文件保存完成!"});
-        QFile file(dir.filePath("capture.bin"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("\x10\x20\xff", 3));
+        QCOMPARE(rig->notify.last().at(1).toInt(), opened ? 0 : 255);
+        QCOMPARE((mode == 0 ? rig->page.tcpServer()->serverPort() : rig->page.udpSocket()->localPort()) != 0, opened);
+        QCOMPARE(rig->lampOn(), opened);
+        QCOMPARE(rig->modeFree(), !opened);
     }
 
     void aBurstOfTwoHundredClientsIsListedAndUnlisted()
     {
         auto peers = rig->connectClients(rig->startServer(), 200);
-        QCOMPARE(rig->page.tcpServer()->counts(), 200);
         const QStringList items = rig->clients();
         QCOMPARE(QSet<QString>(items.begin(), items.end()).size(), 201);
         for (auto &p : peers)
@@ -485,9 +394,8 @@ private slots:
     {
         rig->page.resize(900, 600);
         rig->page.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&rig->page));
         auto peers = rig->connectClients(rig->startServer(), 1);
-        QCOMPARE(rig->page.tcpServer()->counts(), 1);
+        QCOMPARE(int(peers.size()), 1);
         QByteArray data;
         for (int i = 0; data.size() < 4 * 1024 * 1024; ++i)
             data += "line " + QByteArray::number(i).rightJustified(8, '0') + " abcdefghijklmnopqrstuvwxyz\r\n";
@@ -498,14 +406,13 @@ private slots:
         const QString all = rig->page.recvText();
         QString bare = all;
         bare.remove(QString("[Tcp client %1] ").arg(rig->nameOf(*peers[0]))).remove('\n');
-        QVERIFY(bare.toLatin1() == QByteArray(data).replace("\r\n", ""));
+        QVERIFY(bare.toLatin1() == data.replace("\r\n", ""));
         // the view holds only the end; a save takes everything
         QTRY_VERIFY(all.endsWith(rig->page.recvView()->toPlainText()));
         QVERIFY(rig->page.recvView()->toPlainText().size() <= NetworkToolWidget::RecvViewMaxChars);
         QTemporaryDir dir;
         rig->page.saveDataToFile(dir.filePath("all.txt"));
         QCOMPARE(QFileInfo(dir.filePath("all.txt")).size(), qint64(all.size()));
-
         // and the page still answers
         rig->send("still here");
         QTRY_COMPARE(peers[0]->bytesAvailable(), qint64(10));
