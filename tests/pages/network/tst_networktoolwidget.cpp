@@ -220,6 +220,9 @@ private slots:
         rig->press();
         auto again = rig->connectClients(rig->page.tcpServer()->serverPort(), 1);
         QCOMPARE(rig->clients().size(), 2);
+
+        QTest::mouseClick(rig->child<QToolButton>("btnFold"), Qt::LeftButton);
+        QVERIFY(rig->child<QWidget>("widgetNetConfig")->isHidden());
     }
 
     void disconnectAsksThenDropsAllOrTheSelectedClient()
