@@ -59,13 +59,6 @@ private slots:
         QCOMPARE(NetworkMessageFormat::asciiLine("c", bytes), QString("[Tcp client c] 温度 25℃"));
     }
 
-    void udpSenderNameShowsMappedIpv4AsIpv4()
-    {
-        QCOMPARE(NetworkMessageFormat::udpSenderName(QHostAddress("::ffff:192.168.1.7"), 6000),
-                 QString(" UDP from 192.168.1.7:6000 "));
-        QCOMPARE(NetworkMessageFormat::udpSenderName(QHostAddress("::1"), 65535), QString(" UDP from ::1:65535 "));
-    }
-
     void portTextThatIsNoPortGivesZero_data()
     {
         QTest::addColumn<QString>("text");
