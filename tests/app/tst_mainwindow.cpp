@@ -10,13 +10,16 @@
 #include "QtStatusBar.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
+#include "QtUpdateDialog.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QPointer>
 #include <QStackedWidget>
+#include <QTcpServer>
 #include <QTimer>
 #include <QToolButton>
 #include <QtTest>
@@ -38,6 +41,7 @@ private slots:
     void menuChecksFollowTheSettingsAtConstruction();
     void restoreDefaultsAsksAndReturnAnswersNo();
     void restoreDefaultsResetsWhenConfirmed();
+    void updateEntryOpensTheUpdateDialog();
     void closeButtonAndExitEntryQuit_data();
     void closeButtonAndExitEntryQuit();
 
@@ -276,6 +280,27 @@ void TstMainWindow::closeButtonAndExitEntryQuit()
     QCOMPARE(QApplication::exec(), 0);
     QCOMPARE(aboutToQuit.count(), 1);
     QVERIFY(w->isVisible()); // no close confirmation, no hiding: the process just ends
+}
+
+void TstMainWindow::updateEntryOpensTheUpdateDialog()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QtUpdateDialog::setUpdateServer("127.0.0.1", server.serverPort());
+    QPointer<QWidget> opened;
+    bool isUpdateDialog = false;
+    bool asked = false;
+    LarkTest::onNextModal([&](QWidget *dialog) {
+        opened = dialog;
+        isUpdateDialog = qobject_cast<QtUpdateDialog *>(dialog) && dialog->parentWidget() == m_window.get();
+        // the dialog asks the server on its own, shortly after it opens
+        asked = QTest::qWaitFor([&] { return server.hasPendingConnections(); }, 3000);
+        dialog->close();
+    });
+    findAction(m_window.get(), "检查版本更新")->trigger();
+    QVERIFY(isUpdateDialog);
+    QVERIFY(asked);
+    QTRY_VERIFY(!opened); // closing deletes it
 }
 
 LARK_TEST_MAIN(TstMainWindow)
