@@ -8,6 +8,7 @@
 #include "QtStatusBar.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
+#include "QtUpdateDialog.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
 #include "NetworkToolWidget.h"
@@ -199,7 +200,9 @@ void MainWindow::SltAboutMenuTrigger(QAction *action)
 {
     const QString text = action->text();
     if (text == "检查版本更新") {
-        // the updater is not part of this build yet
+        // deletes itself when closed
+        QtUpdateDialog *dialog = new QtUpdateDialog(this);
+        dialog->exec();
     } else if (text == "关于云雀科技") {
         QDesktopServices::openUrl(QUrl(MakerUrl));
     }

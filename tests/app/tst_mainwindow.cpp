@@ -8,11 +8,14 @@
 #include "QtStatusBar.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
+#include "QtUpdateDialog.h"
 
 #include <QFile>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QTcpServer>
 #include <QTimer>
 #include <QToolButton>
 #include <QtTest>
@@ -139,6 +142,27 @@ private slots:
         if (confirm)
             QTRY_COMPARE(QtMessageTip::Instance()->isVisible() ? QtMessageTip::Instance()->text() : QString(),
                          QString("配置已恢复！"));
+    }
+
+    void updateEntryOpensTheUpdateDialog()
+    {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        QtUpdateDialog::setUpdateServer("127.0.0.1", server.serverPort());
+        QPointer<QWidget> opened;
+        bool isUpdateDialog = false;
+        bool asked = false;
+        LarkTest::onNextModal([&](QWidget *dialog) {
+            opened = dialog;
+            isUpdateDialog = qobject_cast<QtUpdateDialog *>(dialog) && dialog->parentWidget() == m_window.get();
+            // the dialog asks the server on its own, shortly after it opens
+            asked = QTest::qWaitFor([&] { return server.hasPendingConnections(); }, 3000);
+            dialog->close();
+        });
+        action("检查版本更新")->trigger();
+        QVERIFY(isUpdateDialog);
+        QVERIFY(asked);
+        QTRY_VERIFY(!opened); // closing deletes it
     }
 
     void closeButtonAndExitEntryQuit_data()
