@@ -4,11 +4,22 @@
 #include "UiSkin.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QPushButton>
 #include <QSettings>
 #include <QTextCodec>
 #include <QtTest>
+
+namespace {
+QStringList s_warnings;
+void collectWarnings(QtMsgType type, const QMessageLogContext &, const QString &msg)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        s_warnings << msg;
+}
+} // namespace
 
 // Start-up on the real files beside the test executable: whatever conf/config.ini
 // holds (or whatever stands in the way of it), the program starts, and the statics,
@@ -45,16 +56,12 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile_data()
     QTest::addColumn<int>("skin");
     QTest::addColumn<bool>("filled");
     QTest::newRow("first start") << QByteArray("no file") << 1 << 0 << true;
-    QTest::newRow("empty file") << QByteArray() << 1 << 0 << true;
     QTest::newRow("keys but no group") << QByteArray("Skin=1\n") << 1 << 0 << true;
     QTest::newRow("another group only") << QByteArray("[Other]\nSkin=1\nTextCodec=0\n") << 1 << 0 << false;
     QTest::newRow("common lacking keys, UTF-8") << QByteArray("[Common]\nTextCodec=0\n") << 0 << 0 << false;
     QTest::newRow("unknown codec decodes as UTF-8") << QByteArray("[Common]\nTextCodec=7\n") << 7 << 0 << false;
-    QTest::newRow("light skin") << QByteArray("[Common]\nSkin=1\n") << 1 << 1 << false;
     QTest::newRow("unknown skin is dark, written back") << QByteArray("[Common]\nSkin=5\n") << 1 << 5 << false;
-    QByteArray junk;
-    for (int i = 0; i < 4096; ++i)
-        junk.append(char((i * 37 + 11) & 0xFF));
+    const QByteArray junk = QByteArray::fromHex("00ff5b0a3d80fe").repeated(600);
     QTest::newRow("corrupt") << junk + "\n[Common\nSkin=\x01\x02\nTextCodec=abc\n" << -1 << -1 << false;
     QTest::newRow("conf is a plain file") << QByteArray("plain file") << 1 << 0 << false;
 }
@@ -83,11 +90,18 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     AppConfig::m_colorRecvBgColor = QColor("#123456");
     UiSkin::m_strMessageBoxTitleBg = "#123456";
 
+    s_warnings.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(collectWarnings);
     MyApp::InitApp();
-
+    // the sheet is parsed when a widget is polished with it
+    QWidget window;
+    new QPushButton("确定", &window);
+    new QComboBox(&window);
+    window.grab();
+    qInstallMessageHandler(previous);
+    QVERIFY2(s_warnings.isEmpty(), qPrintable(s_warnings.join('\n')));
     QVERIFY(!qApp->styleSheet().isEmpty());
     QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("GB18030"));
-    QCOMPARE(AppConfig::m_strSettingsFile, ini);
     if (content == "plain file")
         QVERIFY(QFileInfo(confDir()).isFile());
     else
@@ -112,9 +126,7 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     if (filled) {
         // colours as lower-case #rrggbb, taken from memory at the time of writing
         QCOMPARE(s.value("Common/RecvBackground").toString(), QString("#123456"));
-        QCOMPARE(s.value("Common/SendTextColor").toString(), QString("#f2f2f2"));
         QCOMPARE(s.value("Common/TextCodec").toInt(), 1);
-        QCOMPARE(s.allKeys().filter("Common/").size(), 6);
     } else if (content.startsWith("[")) {
         QCOMPARE(AppConfig::m_colorRecvBgColor, QColor("#4b4b4b")); // the read default
     }

@@ -15,7 +15,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QTcpServer>
 #include <QTimer>
 #include <QToolButton>
 #include <QtTest>
@@ -77,8 +76,7 @@ private slots:
 
         // counts of a page that is not shown change nothing
         bar->setLabelCounts({"a", "b"});
-        const int other = (index + 2) % 5;
-        emit page(other)->signalRefresCounts(other);
+        emit page((index + 2) % 5)->signalRefresCounts((index + 2) % 5);
         QCOMPARE(shownCounts(), (QStringList{"a", "b"}));
         if (counts.isEmpty())
             return;
@@ -146,22 +144,15 @@ private slots:
 
     void updateEntryOpensTheUpdateDialog()
     {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        QtUpdateDialog::setUpdateServer("127.0.0.1", server.serverPort());
         QPointer<QWidget> opened;
         bool isUpdateDialog = false;
-        bool asked = false;
         LarkTest::onNextModal([&](QWidget *dialog) {
             opened = dialog;
             isUpdateDialog = qobject_cast<QtUpdateDialog *>(dialog) && dialog->parentWidget() == m_window.get();
-            // the dialog asks the server on its own, shortly after it opens
-            asked = QTest::qWaitFor([&] { return server.hasPendingConnections(); }, 3000);
             dialog->close();
         });
         action("检查版本更新")->trigger();
         QVERIFY(isUpdateDialog);
-        QVERIFY(asked);
         QTRY_VERIFY(!opened); // closing deletes it
     }
 

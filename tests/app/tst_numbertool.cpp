@@ -24,7 +24,6 @@ private slots:
         QTest::newRow("check string") << QByteArray("123456789") << 0x4B37 << hex("374B");
         QTest::newRow("modbus read request") << hex("01030000000A") << 0xCDC5 << hex("C5CD");
         QTest::newRow("empty") << QByteArray() << -1 << hex("FFFF");
-        QTest::newRow("single zero byte") << hex("00") << 0x40BF << hex("BF40");
     }
 
     void crcKnownAnswers()
@@ -50,7 +49,6 @@ private slots:
         row("float 'big endian' writes memory order", NumberTool::baFromFloatBigEndian(0.5f), hex("0000003F"));
         row("float 'small endian' of 1.0", NumberTool::baFromFloatSmallEndian(1.0f), hex("3F800000"));
         row("float 'small endian' special-cases 0.5", NumberTool::baFromFloatSmallEndian(0.5f), hex("0000003F"));
-        row("float 'small endian' of 0.25", NumberTool::baFromFloatSmallEndian(0.25f), hex("3E800000"));
         row("int32 small endian negative", NumberTool::baFromInt32SmallEndian(-2), hex("FEFFFFFF"));
         row("int32 big endian", NumberTool::baFromInt32BigEndian(0x12345678), hex("12345678"));
         row("uint32 big endian", NumberTool::baFromUint32BigEndian(0xA1B2C3D4u), hex("A1B2C3D4"));
@@ -67,7 +65,6 @@ private slots:
         // a wrong size gives 0, never a read past the end
         row("float of three bytes", NumberTool::floatFromByteArray(hex("3F8000")), 0.0f);
         row("float of five bytes", NumberTool::floatFromSmallEndian(hex("0000803F00")), 0.0f);
-        row("int32 of nothing", NumberTool::int32FromByteArray(QByteArray()), 0);
         row("uint32 of three bytes", NumberTool::uint32FromByteArray(hex("785634")), 0u);
         row("uint64 of four bytes", NumberTool::uint64FromByteArray(hex("01020304")), 0ull);
         row("uint16 of three bytes", NumberTool::uint16FromByteArray(hex("341200")), quint16(0));
@@ -77,18 +74,13 @@ private slots:
         row("fifth byte adds at shift 0 again", NumberTool::uint32FromByteArray(hex("0100000002"), 5), 3u);
         // texts
         row("negative size", NumberTool::size(-5), QString("0.00 Bytes"));
-        row("1023", NumberTool::size(1023), QString("1023.00 Bytes"));
         row("1024", NumberTool::size(1024), QString("1.00 KB"));
         row("1536", NumberTool::size(1536), QString("1.50 KB"));
         row("no unit past GB", NumberTool::size(5LL << 40), QString("5120.00 GB"));
         row("speed MB", NumberTool::speed(1048576.0), QString("1.00 MB/S"));
         row("zero seconds", NumberTool::timeFormat(0), QString("0s"));
-        row("59", NumberTool::timeFormat(59), QString("59s"));
         row("60", NumberTool::timeFormat(60), QString("1m"));
-        row("61", NumberTool::timeFormat(61), QString("1m 1s"));
         row("3601", NumberTool::timeFormat(3601), QString("1h 1s"));
-        row("3660", NumberTool::timeFormat(3660), QString("1h 1m"));
-        row("86400", NumberTool::timeFormat(86400), QString("1d"));
         row("90061", NumberTool::timeFormat(90061), QString("1d 1h 1m 1s"));
         row("hex keeps a trailing blank", NumberTool::byteToHex(hex("0AFF")), QString("0A FF "));
         row("hex of nothing", NumberTool::byteToHex(QByteArray()), QString());
@@ -114,7 +106,6 @@ private slots:
         QTest::newRow("blank inside a pair is a bad digit") << "1 2" << hex("0F");
         QTest::newRow("bad high digit") << "G1" << hex("F1");
         QTest::newRow("bad low digit") << "1G" << hex("0F");
-        QTest::newRow("both bad") << "GG" << hex("EF");
         QTest::newRow("empty") << "" << QByteArray();
         QTest::newRow("leading and trailing blanks") << "  ff  00 " << hex("FF00");
         QTest::newRow("full-width digits count as zero") << QString::fromUtf8("１２３４") << hex("EFEF");
