@@ -7,26 +7,23 @@
 
 // Two connected pseudo-terminals made by socat (pty,raw,echo=0 on both ends): the
 // program under test opens one end as its serial port, the test plays the board on
-// the other through a plain file descriptor.
+// the other through a raw, non-blocking file descriptor.
 class LarkPtyPair
 {
 public:
-    LarkPtyPair();
-    ~LarkPtyPair();
+    ~LarkPtyPair() { stop(); }
 
-    bool start(int timeoutMs = 5000);
+    bool start();
     void stop();
 
     // "/dev/pts/N" of the end the program opens, and its short name "pts/N"
     QString programPath() const { return m_programPath; }
-    QString programShortName() const;
+    QString programShortName() const { return m_programPath.mid(5); }
     QString boardPath() const { return m_boardPath; }
 
-    // the board's side: raw, non-blocking file descriptor
     bool boardWrite(const QByteArray &data);
-    QByteArray boardRead();
-    // reads until at least n bytes came or the time ran out (event loop keeps running)
-    QByteArray boardReadAtLeast(int n, int timeoutMs = 5000);
+    // reads until at least n bytes came or 5 s passed (event loop keeps running)
+    QByteArray boardReadAtLeast(int n);
 
 private:
     QProcess m_socat;

@@ -27,14 +27,9 @@ public:
 // for at most timeoutMs); a test that opens a modal dialog closes it through this.
 void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 
-// Answers an open or save file dialog (a QFileDialog, or a dialog holding one) with
-// path as a user would: typed into the name field, then accepted. selectFile() alone
-// leaves the field empty while it has focus, so the dialog would refuse.
-bool chooseFileInDialog(QWidget *dialog, const QString &path);
-
-// Answers the next modal file dialog with path (and the name filter, if given) through
-// chooseFileInDialog, again while the dialog still loads its folder; a dialog that
-// never takes the answer is rejected, so the test fails instead of hanging.
+// Answers the next modal file dialog (a QFileDialog, or a dialog holding one) with path
+// and the name filter, if given, as a user would: typed into the name field, then
+// accepted; a dialog that never takes the answer is rejected, so the test fails.
 void answerNextFileDialog(const QString &path, const QString &filter = QString());
 } // namespace LarkTest
 

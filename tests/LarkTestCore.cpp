@@ -26,9 +26,4 @@ void cleanAppDirs()
     QDir(base + "/download").removeRecursively();
 }
 
-QString dataPath(const QString &name)
-{
-    return QString::fromLatin1(LARK_TEST_DATA_DIR) + "/" + name;
-}
-
 } // namespace LarkTest

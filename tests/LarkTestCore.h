@@ -15,9 +15,6 @@ void prepareEnvironment();
 // first start of the program would and leaves nothing for the next one.
 void cleanAppDirs();
 
-// Path of a file under tests/data.
-QString dataPath(const QString &name);
-
 template <class App, class Test>
 int runTest(int argc, char **argv)
 {

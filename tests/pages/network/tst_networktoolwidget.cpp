@@ -9,38 +9,29 @@
 #include <QtNetwork>
 #include <QtTest>
 #include <QtWidgets>
-#include <memory>
-#include <vector>
 
 namespace {
 
 using Peer = std::unique_ptr<QTcpSocket>;
 
-// The page with a spy on its notices, driven through its own buttons, and loopback
-// peers for each mode: QTcpSocket clients of its server, `board` (a QTcpServer) for
-// its client mode; UDP peers are plain QUdpSockets of the tests.
+// The page with a spy on its notices, driven through its own buttons; its peers are
+// loopback QTcpSockets and QUdpSockets, and `board` serves its client mode.
 struct Rig {
     NetworkToolWidget page;
     QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
     QTcpServer board;
 
     template <class T>
-    T *child(const char *name)
-    {
-        if (T *w = page.findChild<T *>(name))
-            return w;
-        qFatal("page has no %s", name);
-    }
+    T *child(const char *name) { return page.findChild<T *>(name); }
     QString button() { return child<QPushButton>("btnOpen")->text(); }
     bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
     bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
     QPushButton *sendButton()
     {
-        for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>()) {
+        for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>())
             if (b->text() == "发送数据")
                 return b;
-        }
-        qFatal("send box has no send button");
+        return nullptr;
     }
     QStringList notices() const
     {
@@ -51,10 +42,9 @@ struct Rig {
     }
     QStringList clients()
     {
-        QComboBox *box = child<QComboBox>("cbxClients");
         QStringList items;
-        for (int i = 0; i < box->count(); ++i)
-            items << box->itemText(i);
+        for (int i = 0; i < child<QComboBox>("cbxClients")->count(); ++i)
+            items << child<QComboBox>("cbxClients")->itemText(i);
         return items;
     }
     void setMode(int mode, const QString &port)
@@ -70,24 +60,23 @@ struct Rig {
     // the send box's signal, as its send button emits it
     void send(const QByteArray &data) { QMetaObject::invokeMethod(page.sendBox(), "signalSendData", Q_ARG(QByteArray, data)); }
 
-    std::vector<Peer> connectClients(quint16 port, int n)
+    std::vector<Peer> connectClients(int n)
     {
         std::vector<Peer> peers;
         const int before = page.tcpServer()->counts();
         for (int i = 0; i < n; ++i) {
             peers.emplace_back(new QTcpSocket);
-            peers.back()->connectToHost(QHostAddress::LocalHost, port);
+            peers.back()->connectToHost(QHostAddress::LocalHost, page.tcpServer()->serverPort());
         }
-        const bool all = QTest::qWaitFor([&] { return page.tcpServer()->counts() == before + n; }, 20000);
-        return all ? std::move(peers) : std::vector<Peer>();
+        (void)QTest::qWaitFor([&] { return page.tcpServer()->counts() == before + n; }, 20000);
+        return peers;
     }
     // the name the page gives a client of its server
     QString nameOf(const QTcpSocket &peer)
     {
-        for (QTcpSocket *c : page.tcpServer()->findChildren<QTcpSocket *>()) {
+        for (QTcpSocket *c : page.tcpServer()->findChildren<QTcpSocket *>())
             if (c->peerPort() == peer.localPort())
                 return TcpServer::clientName("127.0.0.1", c->socketDescriptor());
-        }
         return QString();
     }
     // presses "断开" and answers the box with its OK or cancel button; the box's
@@ -96,15 +85,8 @@ struct Rig {
     {
         auto asked = std::make_shared<QString>();
         LarkTest::onNextModal([asked, ok](QWidget *box) {
-            QLabel *title = box->findChild<QLabel *>("winTitle");
-            QLabel *text = box->findChild<QLabel *>("labMsgText");
-            QPushButton *answer = box->findChild<QPushButton *>(ok ? "btnMsgOk" : "btnMsgCancel");
-            if (title && text)
-                *asked = title->text() + ": " + text->text();
-            if (answer)
-                QTest::mouseClick(answer, Qt::LeftButton);
-            else
-                box->close();
+            *asked = box->findChild<QLabel *>("winTitle")->text() + ": " + box->findChild<QLabel *>("labMsgText")->text();
+            QTest::mouseClick(box->findChild<QPushButton *>(ok ? "btnMsgOk" : "btnMsgCancel"), Qt::LeftButton);
         }, timeoutMs);
         QTest::mouseClick(child<QPushButton>("btnDisconnect"), Qt::LeftButton);
         return asked;
@@ -119,7 +101,6 @@ class TstNetworkToolWidget : public QObject
     std::unique_ptr<Rig> rig;
 
 private slots:
-    // set up by the serial page in the program
     void initTestCase() { NumberTool::m_newLine = QByteArray("\r\n"); }
     void init() { rig.reset(new Rig); }
     void cleanup() { rig.reset(); }
@@ -127,40 +108,62 @@ private slots:
     void eachModeOpensAndClosesWithItsNotices_data()
     {
         QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("port");
         QTest::addColumn<QString>("idle");
         QTest::addColumn<QString>("running");
         QTest::addColumn<QStringList>("opened");
         QTest::addColumn<QStringList>("closed");
-        QTest::newRow("TCP Server") << 0 << "启动监听" << "停止监听" << QStringList{"TCP服务监听[端口:0]已启动!!"}
+        // text that is no port gives 0, and the system picks a free one
+        QTest::newRow("TCP Server") << 0 << "port" << "启动监听" << "停止监听" << QStringList{"TCP服务监听[端口:0]已启动!!"}
                                     << QStringList{"TCP服务监听[端口:0]已关闭!!"};
         // the user's close gives the socket's own report, then the button's
-        QTest::newRow("TCP Client") << 1 << "建立连接" << "断开连接"
+        QTest::newRow("TCP Client") << 1 << "board" << "建立连接" << "断开连接"
                                     << QStringList{"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"}
                                     << QStringList{"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"};
-        QTest::newRow("UDP") << 2 << "打开" << "关闭" << QStringList{"UDP服务监听[端口:0]已启动!!"} << QStringList();
+        QTest::newRow("UDP") << 2 << "" << "打开" << "关闭" << QStringList{"UDP服务监听[端口:0]已启动!!"} << QStringList();
+        // a port in use fails at each press
+        const QStringList serverFailed{"TCP服务监听[端口:%1]失败，请确认该端口是否可用!!"};
+        const QStringList udpFailed{"UDP服务监听[端口:%1]失败，请确认该端口是否可用!!"};
+        QTest::newRow("server, in use") << 0 << "taken" << "启动监听" << "启动监听" << serverFailed << serverFailed;
+        QTest::newRow("udp, in use") << 2 << "taken" << "打开" << "打开" << udpFailed << udpFailed;
     }
 
     void eachModeOpensAndClosesWithItsNotices()
     {
         QFETCH(int, mode);
+        QFETCH(QString, port);
         QFETCH(QString, idle);
         QFETCH(QString, running);
         QFETCH(QStringList, opened);
         QFETCH(QStringList, closed);
+        QTcpServer tcpHolder;
+        QUdpSocket udpHolder;
+        QVERIFY(tcpHolder.listen(QHostAddress::Any, 0));
+        QVERIFY(udpHolder.bind(QHostAddress::Any, 0, QAbstractSocket::DontShareAddress));
         QVERIFY(rig->board.listen(QHostAddress::LocalHost, 0));
+        if (port == "board")
+            port = QString::number(rig->board.serverPort());
+        if (port == "taken") {
+            port = QString::number(mode == 0 ? tcpHolder.serverPort() : udpHolder.localPort());
+            opened = closed = QStringList{opened[0].arg(port)};
+        }
         // through another mode first, so that every row is a real change of mode
         rig->child<QComboBox>("cbxNetType")->setCurrentIndex(mode == 1 ? 2 : 1);
-        rig->setMode(mode, mode == 1 ? QString::number(rig->board.serverPort()) : "0");
+        rig->setMode(mode, port);
         QCOMPARE(rig->button(), idle);
         QCOMPARE(!rig->child<QWidget>("widgetClients")->isHidden(), mode == 0);
         QCOMPARE(!rig->child<QWidget>("widgetUdpDest")->isHidden(), mode == 2);
 
+        const bool ok = running != idle;
         rig->press();
         QTRY_COMPARE(rig->notices(), opened);
+        QCOMPARE(rig->notify.last().at(1).toInt(), ok ? 0 : 255);
         QCOMPARE(rig->button(), running);
-        QVERIFY(rig->lampOn() && rig->sendButton()->isEnabled());
+        QVERIFY(rig->lampOn() == ok && rig->sendButton()->isEnabled() == ok);
+        if (mode != 1)
+            QCOMPARE((mode == 0 ? rig->page.tcpServer()->serverPort() : rig->page.udpSocket()->localPort()) != 0, ok);
         // only the client mode leaves the mode free while running
-        QCOMPARE(rig->modeFree(), mode == 1);
+        QCOMPARE(rig->modeFree(), mode == 1 || !ok);
 
         rig->notify.clear();
         rig->press();
@@ -169,15 +172,20 @@ private slots:
         QVERIFY(!rig->lampOn() && !rig->sendButton()->isEnabled() && rig->modeFree());
     }
 
-    void serverTagsEachClientSendsToAllOrOneAndListensAgainAfterStopping()
+    void aBurstOfClientsIsTaggedSentToAllOrOneAskedAndDropped()
     {
-        auto peers = rig->connectClients(rig->startServer(), 3);
-        QCOMPARE(int(peers.size()), 3);
+        rig->startServer();
+        // with no clients "断开" asks nothing (a box would be answered and seen here);
+        // the wait lets that watcher give up before the next box comes
+        QCOMPARE(*rig->pressDisconnect(false, 100), QString());
+        QTest::qWait(200);
+        auto peers = rig->connectClients(200);
         QStringList names;
         for (auto &p : peers)
             names << rig->nameOf(*p);
         QStringList listed = rig->clients();
         QCOMPARE(listed.takeFirst(), QString("All Clients"));
+        QCOMPARE(listed.size(), 200);
         QCOMPARE(QSet<QString>(listed.begin(), listed.end()), QSet<QString>(names.begin(), names.end()));
 
         QSignalSpy refresh(&rig->page, SIGNAL(signalRefresCounts(int)));
@@ -209,48 +217,33 @@ private slots:
         QCOMPARE(peers[1]->bytesAvailable(), qint64(0));
         QCOMPARE(rig->page.getCounts(), (QStringList{"发送字节: 11", "接收字节: 20"}));
 
-        peers[1]->disconnectFromHost();
-        QTRY_VERIFY(!rig->clients().contains(names[1]));
-        QCOMPARE(rig->clients().size(), 3);
+        // clients that leave are unlisted
+        for (int i = 3; i < 200; ++i)
+            peers[i]->disconnectFromHost();
+        QTRY_COMPARE(rig->clients().size(), 4);
+        // "断开" asks first: cancelled, nothing happens; then it drops the chosen client
+        QCOMPARE(*rig->pressDisconnect(false), QString("询问: 是否确认断开当前客户端?"));
+        QCOMPARE(rig->page.tcpServer()->counts(), 3);
+        box->setCurrentIndex(box->findText(names[2]));
+        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开当前客户端?"));
+        QTRY_COMPARE(peers[2]->state(), QAbstractSocket::UnconnectedState);
+        QVERIFY(!rig->clients().contains(names[2]));
+        box->setCurrentIndex(0);
+        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开所有连接?"));
+        QCOMPARE(rig->clients(), QStringList{"All Clients"});
+        QTRY_COMPARE(peers[1]->state(), QAbstractSocket::UnconnectedState);
 
-        // stopping drops the clients that are left; the same server listens again
+        // stopping drops the clients, and the same server listens again
+        auto again = rig->connectClients(1);
         rig->press();
         QCOMPARE(rig->clients(), QStringList{"All Clients"});
-        QTRY_COMPARE(peers[0]->state(), QAbstractSocket::UnconnectedState);
+        QTRY_COMPARE(again[0]->state(), QAbstractSocket::UnconnectedState);
         rig->press();
-        auto again = rig->connectClients(rig->page.tcpServer()->serverPort(), 1);
+        rig->connectClients(1);
         QCOMPARE(rig->clients().size(), 2);
 
         QTest::mouseClick(rig->child<QToolButton>("btnFold"), Qt::LeftButton);
         QVERIFY(rig->child<QWidget>("widgetNetConfig")->isHidden());
-    }
-
-    void disconnectAsksThenDropsAllOrTheSelectedClient()
-    {
-        rig->startServer();
-        // with no clients nothing is asked (a box would be answered and seen here);
-        // the wait lets that watcher give up before the next box comes
-        QCOMPARE(*rig->pressDisconnect(false, 100), QString());
-        QTest::qWait(200);
-
-        auto peers = rig->connectClients(rig->page.tcpServer()->serverPort(), 3);
-        QCOMPARE(int(peers.size()), 3);
-        QCOMPARE(*rig->pressDisconnect(false), QString("询问: 是否确认断开所有连接?"));
-        QCOMPARE(rig->page.tcpServer()->counts(), 3);
-
-        QComboBox *box = rig->child<QComboBox>("cbxClients");
-        const QString chosen = rig->nameOf(*peers[1]);
-        box->setCurrentIndex(box->findText(chosen));
-        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开当前客户端?"));
-        QTRY_COMPARE(peers[1]->state(), QAbstractSocket::UnconnectedState);
-        QVERIFY(!rig->clients().contains(chosen));
-        QCOMPARE(rig->page.tcpServer()->counts(), 2);
-
-        box->setCurrentIndex(0);
-        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开所有连接?"));
-        QCOMPARE(rig->clients(), QStringList{"All Clients"});
-        QTRY_COMPARE(peers[0]->state(), QAbstractSocket::UnconnectedState);
-        QVERIFY(rig->page.tcpServer()->isListening());
     }
 
     void clientRetriesARefusedConnectionThenTalksToItsServer()
@@ -283,7 +276,7 @@ private slots:
         QVERIFY(!rig->page.tcpSocket()->isOpen());
     }
 
-    void udpTagsEachSenderHexRunsOnStoppedDataIsOnlyCountedAndSaved()
+    void udpTagsEachSenderSendsOrTipsHexRunsOnStoppedDataIsOnlyCountedAndSaved()
     {
         const quint16 port = rig->startUdp();
         QUdpSocket a, b;
@@ -295,6 +288,20 @@ private slots:
         QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client  UDP from 127.0.0.1:%1 ] from a\n"
                                                    "[Tcp client  UDP from 127.0.0.1:%2 ] from b")
                                                .arg(a.localPort()).arg(b.localPort()));
+        // sent to the destination fields, or a tip says which is wrong; counted either way
+        const QString dest = QString::number(a.localPort());
+        for (const QStringList &row : QList<QStringList>{{"127.0.0.1", dest, "-"}, {"", dest, "UDP目的地址配置错误！"},
+                                                         {"127.0.0.1", "0", "UDP目的端口配置错误！"}}) {
+            rig->child<QLineEdit>("edtDestAddress")->setText(row[0]);
+            rig->child<QLineEdit>("edtDestPort")->setText(row[1]);
+            QtMessageTip::Instance()->ShowMessage("-", QPoint()); // a mark: no tip since
+            rig->send("ping");
+            QCOMPARE(QtMessageTip::Instance()->text(), row[2]);
+        }
+        QTRY_VERIFY(a.hasPendingDatagrams());
+        QCOMPARE(a.receiveDatagram().data(), QByteArray("ping"));
+        QCOMPARE(rig->page.sendCount(), quint64(12));
+
         // in HEX the senders run together, untagged, CR LF kept
         rig->page.clearRecv();
         rig->child<QRadioButton>("rbtnRecvHex")->setChecked(true);
@@ -305,7 +312,7 @@ private slots:
 
         rig->child<QCheckBox>("chkStopShow")->setChecked(true);
         a.writeDatagram("hidden", QHostAddress::LocalHost, port);
-        QTRY_COMPARE(rig->page.getCounts(), (QStringList{"发送字节: 0", "接收字节: 24"}));
+        QTRY_COMPARE(rig->page.getCounts(), (QStringList{"发送字节: 12", "接收字节: 24"}));
 
         // what the view holds, saved through the real dialog as bytes
         QTemporaryDir dir;
@@ -314,91 +321,15 @@ private slots:
         QTest::mouseClick(rig->child<QPushButton>("btnSaveFile"), Qt::LeftButton);
         QCOMPARE(rig->notices(), QStringList{"文件保存完成!"});
         QFile file(dir.filePath("capture.bin"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("A\r\nB"));
-    }
-
-    void udpSendGoesToTheDestinationOrTipsAndIsCountedEither_data()
-    {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("tip");
-        QTest::newRow("sent") << "127.0.0.1" << "target" << "";
-        QTest::newRow("empty address") << "" << "target" << "UDP目的地址配置错误！";
-        QTest::newRow("zero port") << "127.0.0.1" << "0" << "UDP目的端口配置错误！";
-        QTest::newRow("port no number") << "127.0.0.1" << "abc" << "UDP目的端口配置错误！";
-    }
-
-    void udpSendGoesToTheDestinationOrTipsAndIsCountedEither()
-    {
-        QFETCH(QString, address);
-        QFETCH(QString, port);
-        QFETCH(QString, tip);
-        QUdpSocket target;
-        QVERIFY(target.bind(QHostAddress(QHostAddress::LocalHost), 0));
-        rig->startUdp();
-        rig->child<QLineEdit>("edtDestAddress")->setText(address);
-        rig->child<QLineEdit>("edtDestPort")->setText(port == "target" ? QString::number(target.localPort()) : port);
-        // a mark, so that a tip of an earlier case is not taken for this one's
-        QtMessageTip::Instance()->ShowMessage("-", QPoint());
-        rig->send("ping");
-        QCOMPARE(rig->page.sendCount(), quint64(4));
-        if (tip.isEmpty()) {
-            QTRY_VERIFY(target.hasPendingDatagrams());
-            QCOMPARE(target.receiveDatagram().data(), QByteArray("ping"));
-        }
-        QCOMPARE(QtMessageTip::Instance()->text(), tip.isEmpty() ? QString("-") : tip);
-    }
-
-    void portTextDecidesWhereTheServerOrUdpOpens_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("notice");
-        // text that is no port gives 0, and the system picks a free one
-        QTest::newRow("server, letters") << 0 << "port" << "TCP服务监听[端口:0]已启动!!";
-        QTest::newRow("server, too big") << 0 << "70000" << "TCP服务监听[端口:0]已启动!!";
-        QTest::newRow("udp, empty") << 2 << "" << "UDP服务监听[端口:0]已启动!!";
-        QTest::newRow("server, in use") << 0 << "taken" << "TCP服务监听[端口:%1]失败，请确认该端口是否可用!!";
-        QTest::newRow("udp, in use") << 2 << "taken" << "UDP服务监听[端口:%1]失败，请确认该端口是否可用!!";
-    }
-
-    void portTextDecidesWhereTheServerOrUdpOpens()
-    {
-        QFETCH(int, mode);
-        QFETCH(QString, port);
-        QFETCH(QString, notice);
-        QTcpServer tcpHolder;
-        QUdpSocket udpHolder;
-        QVERIFY(tcpHolder.listen(QHostAddress::Any, 0));
-        QVERIFY(udpHolder.bind(QHostAddress::Any, 0, QAbstractSocket::DontShareAddress));
-        const bool opened = port != "taken";
-        if (!opened)
-            notice = notice.arg(port = QString::number(mode == 0 ? tcpHolder.serverPort() : udpHolder.localPort()));
-        rig->open(mode, port);
-        QCOMPARE(rig->notices(), QStringList{notice});
-        QCOMPARE(rig->notify.last().at(1).toInt(), opened ? 0 : 255);
-        QCOMPARE((mode == 0 ? rig->page.tcpServer()->serverPort() : rig->page.udpSocket()->localPort()) != 0, opened);
-        QCOMPARE(rig->lampOn(), opened);
-        QCOMPARE(rig->modeFree(), !opened);
-    }
-
-    void aBurstOfTwoHundredClientsIsListedAndUnlisted()
-    {
-        auto peers = rig->connectClients(rig->startServer(), 200);
-        const QStringList items = rig->clients();
-        QCOMPARE(QSet<QString>(items.begin(), items.end()).size(), 201);
-        for (auto &p : peers)
-            p->disconnectFromHost();
-        QTRY_COMPARE(rig->clients(), QStringList{"All Clients"});
+        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == "A\r\nB");
     }
 
     void aFloodIsCountedWholeWhileTheViewStaysBounded()
     {
         rig->page.resize(900, 600);
         rig->page.show();
-        auto peers = rig->connectClients(rig->startServer(), 1);
-        QCOMPARE(int(peers.size()), 1);
+        rig->startServer();
+        auto peers = rig->connectClients(1);
         QByteArray data;
         for (int i = 0; data.size() < 4 * 1024 * 1024; ++i)
             data += "line " + QByteArray::number(i).rightJustified(8, '0') + " abcdefghijklmnopqrstuvwxyz\r\n";
@@ -407,8 +338,7 @@ private slots:
 
         // nothing lost: without tags and breaks the text is the data without CR LF
         const QString all = rig->page.recvText();
-        QString bare = all;
-        bare.remove(QString("[Tcp client %1] ").arg(rig->nameOf(*peers[0]))).remove('\n');
+        const QString bare = QString(all).remove(QString("[Tcp client %1] ").arg(rig->nameOf(*peers[0]))).remove('\n');
         QVERIFY(bare.toLatin1() == data.replace("\r\n", ""));
         // the view holds only the end; a save takes everything
         QTRY_VERIFY(all.endsWith(rig->page.recvView()->toPlainText()));
@@ -416,9 +346,6 @@ private slots:
         QTemporaryDir dir;
         rig->page.saveDataToFile(dir.filePath("all.txt"));
         QCOMPARE(QFileInfo(dir.filePath("all.txt")).size(), qint64(all.size()));
-        // and the page still answers
-        rig->send("still here");
-        QTRY_COMPARE(peers[0]->bytesAvailable(), qint64(10));
     }
 };
 
