@@ -49,8 +49,6 @@ class TstQtRecvViewFeeder : public QObject
 private slots:
     void slicedParagraphsReadAsWholeAppendsWould_data();
     void slicedParagraphsReadAsWholeAppendsWould();
-    void slicesEndAfterALineUnlessTheLineIsLongerThanASlice();
-    void clearDropsWhatIsNotShownAndFlushShowsTheRest();
     void aFollowedViewKeepsFollowingWhileSlicesGoIn();
     void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything();
     void plainTextOfIsWhatTheViewGivesBack_data();
@@ -65,11 +63,9 @@ void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould_data()
     QTest::addColumn<QStringList>("paragraphs");
     QTest::addColumn<int>("slice");
     const QString crlf = lines("line %1 状态正常\r\n", 300);
-    QTest::newRow("crlf lines into an empty view") << QString() << QStringList{crlf} << 64;
     QTest::newRow("crlf lines after text") << "earlier" << QStringList{crlf, "tail"} << 64;
     // slice ends fall on every position of a "\r\n" somewhere in the text
     QTest::newRow("cr lf at every slice end") << "x" << QStringList{crlf} << 7;
-    QTest::newRow("lone carriage returns") << "x" << QStringList{lines("progress %1\r", 200)} << 9;
     QTest::newRow("paragraph ends in cr") << "x" << QStringList{"ab\r", "\ncd\r\n", "\r"} << 2;
     QTest::newRow("separators the document knows")
         << "x"
@@ -84,8 +80,6 @@ void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould_data()
     QTest::newRow("empty paragraphs") << "" << QStringList{"", "", "a", "", lines("%1\n", 50), ""} << 4;
     QTest::newRow("line longer than a slice")
         << "x" << QStringList{"short\n" + QString(500, 'h') + "\nend", QString(300, 'g')} << 64;
-    QTest::newRow("log tags between chunks")
-        << "" << QStringList{"[12:00:00.000] ASCII >", crlf, "[12:00:00.001] HEX >", "61 62 "} << 100;
 }
 
 // The view ends with the same text and the same paragraphs as if each paragraph had
@@ -123,54 +117,6 @@ void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould()
     QCOMPARE(sliced.toPlainText(), whole.toPlainText());
     QCOMPARE(blockTexts(sliced.document()), blockTexts(whole.document()));
     QCOMPARE(queue.plainText(), whole.toPlainText());
-}
-
-void TstQtRecvViewFeeder::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
-{
-    QTextEdit view;
-    QtRecvViewFeeder queue(&view);
-    queue.setSliceChars(10);
-    // the first slice goes in with the call: whole lines up to the budget
-    queue.appendParagraph("abc\ndef\nghijkl\n" + QString(25, 'L') + "\nz");
-    QCOMPARE(view.toPlainText(), QString("abc\ndef\n"));
-    QCOMPARE(queue.pendingChars(), 7 + 26 + 1);
-    // the next slices, one turn each: a line that fits no slice goes alone, whole
-    QList<int> pending;
-    while (queue.isPending()) {
-        QMetaObject::invokeMethod(&queue, "SltShowSlice");
-        pending << queue.pendingChars();
-    }
-    QCOMPARE(pending, (QList<int>{26 + 1, 1, 0}));
-    QCOMPARE(view.toPlainText(), "abc\ndef\nghijkl\n" + QString(25, 'L') + "\nz");
-
-    // small text while nothing is pending shows at once, in the same call
-    queue.appendParagraph("next");
-    QVERIFY(!queue.isPending());
-    QVERIFY(view.toPlainText().endsWith("z\nnext"));
-}
-
-void TstQtRecvViewFeeder::clearDropsWhatIsNotShownAndFlushShowsTheRest()
-{
-    QTextEdit view;
-    QtRecvViewFeeder queue(&view);
-    queue.setSliceChars(8);
-    const QString text = lines("%1\n", 100);
-    queue.appendParagraph(text);
-    queue.appendParagraph("after");
-    QVERIFY(queue.isPending());
-    queue.clear();
-    QCOMPARE(view.toPlainText(), QString());
-    QVERIFY(!queue.isPending());
-    QCOMPARE(queue.plainText(), QString());
-    // nothing of the dropped paragraphs comes back later
-    queue.appendParagraph("fresh");
-    QCOMPARE(view.toPlainText(), QString("fresh"));
-
-    queue.appendParagraph(text);
-    queue.appendParagraph("after");
-    queue.flush();
-    QVERIFY(!queue.isPending());
-    QCOMPARE(view.toPlainText(), "fresh\n" + text + "\nafter");
 }
 
 void TstQtRecvViewFeeder::aFollowedViewKeepsFollowingWhileSlicesGoIn()
@@ -231,23 +177,27 @@ void TstQtRecvViewFeeder::aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything(
     QCOMPARE(view.toPlainText(), QString("AB ").repeated(66));
     QCOMPARE(queue.plainText(), all + QString("AB ").repeated(1000));
 
+    // flush shows what is pending at once; clear drops it for good
+    queue.appendParagraph("flushed");
+    queue.flush();
+    QVERIFY(!queue.isPending());
+    QVERIFY(view.toPlainText().endsWith("\nflushed"));
+    queue.appendParagraph(lines("%1\n", 100));
+    QVERIFY(queue.isPending());
     queue.clear();
     QCOMPARE(queue.plainText(), QString());
     queue.appendParagraph("fresh");
     QTRY_COMPARE(view.toPlainText(), QString("fresh"));
+    QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
 }
 
 void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("plain") << "abc";
-    QTest::newRow("CR LF inside") << "a\r\nb";
-    QTest::newRow("lone CR") << "a\rb\r";
-    QTest::newRow("LF CR") << "a\n\rb";
-    QTest::newRow("separators") << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c";
-    QTest::newRow("frame marks") << QString("a") + QChar(0xFDD0) + "b" + QChar(0xFDD1) + "c";
-    QTest::newRow("no-break space") << QString("a") + QChar(0x00A0) + "b";
-    QTest::newRow("tabs and NUL") << QString("a\tb") + QChar(0) + "c";
+    QTest::newRow("line ends") << "a\r\nb\rc\n\rd\r";
+    QTest::newRow("characters the document treats apart")
+        << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c" + QChar(0xFDD0) + "d" + QChar(0xFDD1) + "e"
+               + QChar(0x00A0) + "f\tg" + QChar(0) + "h";
 }
 
 void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack()
@@ -264,8 +214,6 @@ void TstQtRecvViewFeeder::tailStartKeepsLinesAndBytesWhole_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("maxChars");
     QTest::addColumn<QString>("tail");
-    QTest::newRow("fits") << "abc" << 3 << "abc";
-    QTest::newRow("line start close by") << "aaaa\nbbbbbbbbbbbbbbb" << 18 << "bbbbbbbbbbbbbbb";
     QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
     QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
     QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
