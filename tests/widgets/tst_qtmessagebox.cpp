@@ -25,9 +25,9 @@ private slots:
             {"question", &QtMessageBox::question},     {"remind", &QtMessageBox::remind},
             {"deleteConfirm", &QtMessageBox::deleteConfirm},
         };
-        // Return answers "no" like Escape, so that a stray key never confirms
+        // Return and Space answer "no" like Escape, so that a stray key never confirms
         const QPair<const char *, int> answers[] = {
-            {"ok", 1}, {"cancel", 0}, {"return", 0}, {"escape", 0}, {"close", 0},
+            {"ok", 1}, {"cancel", 0}, {"return", 0}, {"space", 0}, {"escape", 0}, {"close", 0},
         };
         for (const auto &b : boxes)
             for (const auto &a : answers)
@@ -53,10 +53,8 @@ private slots:
                 QTest::mouseClick(cancel, Qt::LeftButton);
             else if (answer == "close")
                 QTest::mouseClick(close, Qt::LeftButton);
-            else if (answer == "return")
-                QTest::keyClick(w, Qt::Key_Return);
             else
-                QTest::keyClick(w, Qt::Key_Escape);
+                QTest::keyClick(w, answer == "return" ? Qt::Key_Return : answer == "space" ? Qt::Key_Space : Qt::Key_Escape);
         });
         QCOMPARE(box("确认恢复默认设置吗?", "询问"), result);
     }

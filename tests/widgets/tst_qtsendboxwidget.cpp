@@ -240,6 +240,8 @@ private slots:
         box.SltAutoSendData();
         QCOMPARE(sent.last().at(0).toByteArray(), QByteArray("one"));
         QVERIFY(box.multiData().isEmpty()); // the cycle uses the rows as they stand
+        box.setAutoInterval(0); // refused: it would flood the port
+        QVERIFY(box.autoTimer()->interval() > 0);
     }
 
     void clearRemovesTheKeysOneBelowTheRows()
