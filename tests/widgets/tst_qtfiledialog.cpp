@@ -33,6 +33,7 @@ private slots:
         QTest::newRow("save without suffix") << save << "*.txt;;*.bin" << "data" << "ok" << "data.txt";
         QTest::newRow("save keeps its own suffix") << save << "*.txt" << "a.bin" << "ok" << "a.bin";
         QTest::newRow("save with a described filter") << save << "文本文件 (*.txt *.log)" << "data" << "ok" << "data.txt";
+        QTest::newRow("save with every file") << save << "*.*" << "data" << "ok" << "data";
         QTest::newRow("open returns the path as it is") << QFileDialog::AcceptOpen << "*.txt" << "data" << "ok" << "data";
         QTest::newRow("cancel button") << save << "*.txt" << "data" << "cancel" << "";
         QTest::newRow("title bar close") << save << "*.txt" << "data" << "close" << "";

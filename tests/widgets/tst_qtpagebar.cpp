@@ -53,6 +53,7 @@ private slots:
         QTest::newRow("jump") << 1 << 5 << "type 3" << QStringList{"change 3"} << 3 << 5 << "3" << false;
         QTest::newRow("the edit takes two digits only") << 1 << 100 << "type 123" << QStringList{"change 12"} << 12 << 100 << "12" << false;
         // a refused jump keeps the page and leaves the wrong number visible
+        QTest::newRow("jump to zero") << 2 << 5 << "type 0" << QStringList() << 2 << 5 << "0" << true;
         QTest::newRow("jump past the count") << 2 << 5 << "type 9" << QStringList() << 2 << 5 << "9" << true;
         // setPageIndex refuses a current page outside the count, silently
         QTest::newRow("set past the count") << 2 << 5 << "set 8 7" << QStringList() << 2 << 5 << "2" << false;
