@@ -12,6 +12,7 @@ class TstQtTerminalWidget : public QObject
 private slots:
     void init() { MyApp::m_nTextCodecIndex = 1; }
 
+    // a feed "=x" sets the text to x, "!" turns the return handling off
     void textFeedRendersLinesAsATerminalWould_data()
     {
         QTest::addColumn<QStringList>("feeds");
@@ -22,6 +23,8 @@ private slots:
         QTest::newRow("line finished later") << QStringList{"he", "llo\r\nwor", "ld"} << "hello\nworld\n";
         QTest::newRow("empty lines vanish") << QStringList{"a\r\n\r\n\r\nb"} << "a\nb\n";
         QTest::newRow("lone line feed is no line end") << QStringList{"a\nb\r\n"} << "a\nb\n";
+        QTest::newRow("set text goes on") << QStringList{"=boot", "ing\r\nok"} << "booting\nok\n";
+        QTest::newRow("return handling off appends") << QStringList{"!", "10%\r", "20%"} << "10%\n20%";
     }
 
     void textFeedRendersLinesAsATerminalWould()
@@ -30,21 +33,8 @@ private slots:
         QFETCH(QString, shown);
         QtTerminalWidget w;
         for (const QString &f : feeds)
-            w.insertTerminalText(f);
+            f == "!" ? w.setEnableCR(false) : f.startsWith('=') ? w.setTerminalText(f.mid(1)) : w.insertTerminalText(f);
         QCOMPARE(w.toPlainText(), shown);
-    }
-
-    void crHandlingOffAppendsAndClearKeepsTheSetting()
-    {
-        QtTerminalWidget w;
-        w.setTerminalText("boot"); // seeds the raw text
-        w.insertTerminalText("ing\r\nok");
-        QCOMPARE(w.toPlainText(), QString("booting\nok\n"));
-        w.clearTerminal();
-        w.setEnableCR(false);
-        w.insertTerminalText("10%\r");
-        w.insertTerminalText("20%");
-        QCOMPARE(w.toPlainText(), QString("10%\n20%"));
     }
 
     // each feed: a mode letter, then the bytes; a/A ASCII, h/H hex, capital with time
