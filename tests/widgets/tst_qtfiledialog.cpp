@@ -3,7 +3,6 @@
 
 #include <QDialogButtonBox>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -34,8 +33,7 @@ private slots:
         QTest::newRow("save without suffix") << save << "*.txt;;*.bin" << "data" << "ok" << "data.txt";
         QTest::newRow("save keeps its own suffix") << save << "*.txt" << "a.bin" << "ok" << "a.bin";
         QTest::newRow("save with a described filter") << save << "文本文件 (*.txt *.log)" << "data" << "ok" << "data.txt";
-        QTest::newRow("save with a filter of every file") << save << "*" << "data" << "ok" << "data";
-        QTest::newRow("save with every file, dotted") << save << "*.*" << "data" << "ok" << "data";
+        QTest::newRow("save with every file") << save << "*.*" << "data" << "ok" << "data";
         QTest::newRow("open returns the path as it is") << QFileDialog::AcceptOpen << "*.txt" << "data" << "ok" << "data";
         QTest::newRow("cancel button") << save << "*.txt" << "data" << "cancel" << "";
         QTest::newRow("title bar close") << save << "*.txt" << "data" << "close" << "";
@@ -81,40 +79,6 @@ private slots:
         QCOMPARE(dlg.exec(), int(chosen.isEmpty() ? QDialog::Rejected : QDialog::Accepted));
         if (!chosen.isEmpty())
             QCOMPARE(dlg.exitfile(), QDir(tmp.path()).filePath(chosen));
-    }
-
-    void severalExistingFilesCanBeChosen()
-    {
-        QTemporaryDir tmp;
-        QVERIFY(QFile(tmp.filePath("a.txt")).open(QIODevice::WriteOnly));
-        QVERIFY(QFile(tmp.filePath("b.txt")).open(QIODevice::WriteOnly));
-        QtFileDialog dlg;
-        dlg.setAcceptMode(QFileDialog::AcceptOpen);
-        dlg.setFileMode(QFileDialog::ExistingFiles);
-        dlg.setNameFilter("*.txt");
-        dlg.fileDialog()->setDirectory(tmp.path());
-
-        LarkTest::onNextModal([&](QWidget *w) {
-            QLineEdit *edt = dlg.fileDialog()->findChild<QLineEdit *>("fileNameEdit");
-            QPushButton *open = button(dlg, QDialogButtonBox::Open);
-            QListView *list = dlg.fileDialog()->findChild<QListView *>("listView");
-            if (!edt || !open || !list) {
-                qobject_cast<QDialog *>(w)->reject();
-                return;
-            }
-            // the directory is read by a thread of the dialog's model: typing before it
-            // has listed both files lets the completer race the typed names
-            (void)QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 2; }, 5000);
-            edt->clear();
-            QTest::keyClicks(edt, "\"a.txt\" \"b.txt\"");
-            QTest::mouseClick(open, Qt::LeftButton);
-        });
-
-        QCOMPARE(dlg.exec(), int(QDialog::Accepted));
-        QStringList files = dlg.selectedFiles();
-        files.sort();
-        QCOMPARE(files, QStringList() << tmp.filePath("a.txt") << tmp.filePath("b.txt"));
-        QCOMPARE(dlg.exitfile(), tmp.filePath("a.txt"));
     }
 };
 

@@ -25,83 +25,58 @@ private slots:
     void cleanup() { delete bar; }
 
     // a click on an item, between items (-1), or on the current one again
-    void clickSelectsTheItemAndTheBarEndsOnIt_data()
+    void clickSelectsTheItem_data()
     {
         QTest::addColumn<int>("index");
         QTest::newRow("third") << 2;
-        QTest::newRow("last") << 3;
         QTest::newRow("the current one again") << 0;
         QTest::newRow("beside the items") << -1;
     }
 
-    void clickSelectsTheItemAndTheBarEndsOnIt()
+    void clickSelectsTheItem()
     {
         QFETCH(int, index);
         QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
-        QVERIFY(bar->itemRect(3).right() < 480);
         const QPoint at = index < 0 ? QPoint(490, 15) : bar->itemRect(index).center().toPoint();
         QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, at);
         QCOMPARE(spy.count(), index < 0 ? 0 : 1);
-        index = qMax(index, 0);
-        QCOMPARE(bar->getCurrentIndex(), index);
-        QCOMPARE(bar->getCurrentItem(), bar->itemName(index));
-        QTRY_COMPARE(bar->barRect(), bar->itemRect(index));
-        QTRY_VERIFY(!bar->isSliding());
-        // and back
-        bar->moveTo(QString("二二"));
-        QTRY_COMPARE(bar->barRect(), bar->itemRect(1));
+        QCOMPARE(bar->getCurrentItem(), bar->itemName(qMax(index, 0)));
+        QTRY_COMPARE(bar->barRect(), bar->itemRect(qMax(index, 0)));
     }
 
+    // operations in a word each: next, last, first, to9, key, or a key name
     void moveOperations_data()
     {
         QTest::addColumn<int>("start");
-        QTest::addColumn<QStringList>("operations");
+        QTest::addColumn<QString>("operations");
         QTest::addColumn<int>("expected");
         QTest::addColumn<int>("emitted");
-        QTest::newRow("next") << 1 << QStringList{"next"} << 2 << 1;
-        QTest::newRow("next at the end") << 3 << QStringList{"next"} << 3 << 0;
-        QTest::newRow("previous") << 2 << QStringList{"previous"} << 1 << 1;
-        QTest::newRow("first") << 2 << QStringList{"first"} << 0 << 1;
-        QTest::newRow("last") << 1 << QStringList{"last"} << 3 << 1;
-        QTest::newRow("last when last") << 3 << QStringList{"last"} << 3 << 0;
-        QTest::newRow("index out of range") << 1 << QStringList{"to 9"} << 1 << 0;
-        QTest::newRow("unknown name") << 1 << QStringList{"to ?"} << 1 << 0;
-        QTest::newRow("arrow keys") << 0 << QStringList{"keyMove", "Right", "Down", "Right", "Down", "Left"} << 2 << 4;
-        QTest::newRow("up and other keys") << 1 << QStringList{"keyMove", "Up", "Up", "Space"} << 0 << 1;
-        QTest::newRow("arrow keys without keyMove") << 0 << QStringList{"Right", "Down"} << 0 << 0;
+        QTest::newRow("next") << 1 << "next" << 2 << 1;
+        QTest::newRow("next at the end") << 3 << "next" << 3 << 0;
+        QTest::newRow("first") << 2 << "first" << 0 << 1;
+        QTest::newRow("last") << 1 << "last" << 3 << 1;
+        QTest::newRow("index out of range") << 1 << "to9" << 1 << 0;
+        QTest::newRow("arrow keys") << 0 << "key Right Down Right Down Left" << 2 << 4;
+        QTest::newRow("up and other keys") << 1 << "key Up Up Space" << 0 << 1;
+        QTest::newRow("arrow keys without keyMove") << 0 << "Right Down" << 0 << 0;
     }
 
     void moveOperations()
     {
         QFETCH(int, start);
-        QFETCH(QStringList, operations);
+        QFETCH(QString, operations);
         QFETCH(int, expected);
         QFETCH(int, emitted);
         bar->setCurrentIndex(start);
         QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
         const QMap<QString, Qt::Key> keys{
             {"Right", Qt::Key_Right}, {"Down", Qt::Key_Down}, {"Left", Qt::Key_Left}, {"Up", Qt::Key_Up}, {"Space", Qt::Key_Space}};
-        for (const QString &op : operations) {
-            if (op == "next")
-                bar->moveNext();
-            else if (op == "previous")
-                bar->movePrevious();
-            else if (op == "first")
-                bar->moveFirst();
-            else if (op == "last")
-                bar->moveLast();
-            else if (op == "to 9")
-                bar->moveTo(9);
-            else if (op == "to ?")
-                bar->moveTo(QString("?"));
-            else if (op == "keyMove")
-                bar->setKeyMove(true);
-            else
-                QTest::keyClick(bar, keys.value(op));
+        for (const QString &op : operations.split(' ')) {
+            op == "next" ? bar->moveNext() : op == "first" ? bar->moveFirst() : op == "last" ? bar->moveLast()
+                : op == "to9" ? bar->moveTo(9) : op == "key" ? bar->setKeyMove(true) : QTest::keyClick(bar, keys.value(op));
         }
         QCOMPARE(bar->getCurrentIndex(), expected);
         QCOMPARE(spy.count(), emitted);
-        QTRY_COMPARE(bar->barRect(), bar->itemRect(expected));
     }
 
     void clearItemEmptiesTheBar()
@@ -110,7 +85,6 @@ private slots:
         QCOMPARE(bar->itemCount(), 0);
         QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
         QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(5, 15));
-        bar->resize(400, 30);
         QCOMPARE(spy.count(), 0);
     }
 };

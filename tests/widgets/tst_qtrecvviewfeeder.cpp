@@ -47,239 +47,169 @@ class TstQtRecvViewFeeder : public QObject
 {
     Q_OBJECT
 private slots:
-    void slicedParagraphsReadAsWholeAppendsWould_data();
-    void slicedParagraphsReadAsWholeAppendsWould();
-    void slicesEndAfterALineUnlessTheLineIsLongerThanASlice();
-    void clearDropsWhatIsNotShownAndFlushShowsTheRest();
-    void aFollowedViewKeepsFollowingWhileSlicesGoIn();
-    void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything();
-    void plainTextOfIsWhatTheViewGivesBack_data();
-    void plainTextOfIsWhatTheViewGivesBack();
-    void tailStartKeepsLinesAndBytesWhole_data();
-    void tailStartKeepsLinesAndBytesWhole();
-};
-
-void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QStringList>("paragraphs");
-    QTest::addColumn<int>("slice");
-    const QString crlf = lines("line %1 状态正常\r\n", 300);
-    QTest::newRow("crlf lines into an empty view") << QString() << QStringList{crlf} << 64;
-    QTest::newRow("crlf lines after text") << "earlier" << QStringList{crlf, "tail"} << 64;
-    // slice ends fall on every position of a "\r\n" somewhere in the text
-    QTest::newRow("cr lf at every slice end") << "x" << QStringList{crlf} << 7;
-    QTest::newRow("lone carriage returns") << "x" << QStringList{lines("progress %1\r", 200)} << 9;
-    QTest::newRow("paragraph ends in cr") << "x" << QStringList{"ab\r", "\ncd\r\n", "\r"} << 2;
-    QTest::newRow("separators the document knows")
-        << "x"
-        << QStringList{lines(QString("a%1") + QChar(QChar::ParagraphSeparator) + "b" + QChar(QChar::LineSeparator)
-                                 + "c" + QChar(QChar::Nbsp) + "d" + QChar(0xFDD0) + "e" + QChar(0xFDD1) + "\n",
-                             50)}
-        << 5;
-    QTest::newRow("characters outside the basic plane")
-        << "" << QStringList{lines(QString("%1") + QString::fromUtf8("\xF0\x9F\x98\x80\xF0\xA0\x80\x80") + "\n", 100)}
-        << 3;
-    QTest::newRow("markup stays text") << "" << QStringList{lines("<b>%1</b>\n", 100), "<i>x</i>"} << 16;
-    QTest::newRow("empty paragraphs") << "" << QStringList{"", "", "a", "", lines("%1\n", 50), ""} << 4;
-    QTest::newRow("line longer than a slice")
-        << "x" << QStringList{"short\n" + QString(500, 'h') + "\nend", QString(300, 'g')} << 64;
-    QTest::newRow("log tags between chunks")
-        << "" << QStringList{"[12:00:00.000] ASCII >", crlf, "[12:00:00.001] HEX >", "61 62 "} << 100;
-}
-
-// The view ends with the same text and the same paragraphs as if each paragraph had
-// gone in whole, and while slices are pending, plainText already reads that way.
-void TstQtRecvViewFeeder::slicedParagraphsReadAsWholeAppendsWould()
-{
-    QFETCH(QString, before);
-    QFETCH(QStringList, paragraphs);
-    QFETCH(int, slice);
-
-    QTextEdit whole;
-    whole.setReadOnly(true);
-    QTextEdit sliced;
-    sliced.setReadOnly(true);
-    QtRecvViewFeeder queue(&sliced);
-    if (!before.isEmpty()) {
-        appendWhole(&whole, before);
-        queue.appendParagraph(before);
+    void slicedParagraphsReadAsWholeAppendsWould_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QStringList>("paragraphs");
+        QTest::addColumn<int>("slice");
+        const QString crlf = lines("line %1 状态正常\r\n", 300);
+        QTest::newRow("crlf lines after text") << "earlier" << QStringList{crlf, "tail"} << 64;
+        // slice ends fall on every position of a "\r\n" somewhere in the text
+        QTest::newRow("cr lf at every slice end") << "x" << QStringList{crlf} << 7;
+        QTest::newRow("paragraph ends in cr") << "x" << QStringList{"ab\r", "\ncd\r\n", "\r"} << 2;
+        QTest::newRow("characters outside the basic plane")
+            << "" << QStringList{lines(QString("%1") + QString::fromUtf8("\xF0\x9F\x98\x80\xF0\xA0\x80\x80") + "\n", 100)}
+            << 3;
+        QTest::newRow("markup stays text") << "" << QStringList{lines("<b>%1</b>\n", 100), "<i>x</i>"} << 16;
+        QTest::newRow("empty paragraphs") << "" << QStringList{"", "", "a", "", lines("%1\n", 50), ""} << 4;
+        QTest::newRow("line longer than a slice")
+            << "x" << QStringList{"short\n" + QString(500, 'h') + "\nend", QString(300, 'g')} << 64;
     }
-    for (const QString &p : paragraphs)
-        appendWhole(&whole, p);
 
-    queue.setSliceChars(slice);
-    for (const QString &p : paragraphs)
-        queue.appendParagraph(p);
-    QVERIFY(queue.isPending());
-    QCOMPARE(queue.plainText(), whole.toPlainText());
+    // The view ends with the same text and the same paragraphs as if each paragraph had
+    // gone in whole, and while slices are pending, plainText already reads that way.
+    void slicedParagraphsReadAsWholeAppendsWould()
+    {
+        QFETCH(QString, before);
+        QFETCH(QStringList, paragraphs);
+        QFETCH(int, slice);
 
-    // part way: the view has begun, the rest reads on from it
-    QVERIFY(sliced.toPlainText().size() > before.size());
-    QMetaObject::invokeMethod(&queue, "SltShowSlice");
-    QCOMPARE(queue.plainText(), whole.toPlainText());
+        QTextEdit whole, sliced;
+        QtRecvViewFeeder queue(&sliced);
+        if (!before.isEmpty()) {
+            appendWhole(&whole, before);
+            queue.appendParagraph(before);
+        }
+        for (const QString &p : paragraphs)
+            appendWhole(&whole, p);
 
-    QTRY_VERIFY(!queue.isPending());
-    QCOMPARE(sliced.toPlainText(), whole.toPlainText());
-    QCOMPARE(blockTexts(sliced.document()), blockTexts(whole.document()));
-    QCOMPARE(queue.plainText(), whole.toPlainText());
-}
+        queue.setSliceChars(slice);
+        for (const QString &p : paragraphs)
+            queue.appendParagraph(p);
+        QVERIFY(queue.isPending());
+        QCOMPARE(queue.plainText(), whole.toPlainText());
 
-void TstQtRecvViewFeeder::slicesEndAfterALineUnlessTheLineIsLongerThanASlice()
-{
-    QTextEdit view;
-    QtRecvViewFeeder queue(&view);
-    queue.setSliceChars(10);
-    // the first slice goes in with the call: whole lines up to the budget
-    queue.appendParagraph("abc\ndef\nghijkl\n" + QString(25, 'L') + "\nz");
-    QCOMPARE(view.toPlainText(), QString("abc\ndef\n"));
-    QCOMPARE(queue.pendingChars(), 7 + 26 + 1);
-    // the next slices, one turn each: a line that fits no slice goes alone, whole
-    QList<int> pending;
-    while (queue.isPending()) {
+        // part way: the view has begun, the rest reads on from it
+        QVERIFY(sliced.toPlainText().size() > before.size());
         QMetaObject::invokeMethod(&queue, "SltShowSlice");
-        pending << queue.pendingChars();
+        QCOMPARE(queue.plainText(), whole.toPlainText());
+
+        QTRY_VERIFY(!queue.isPending());
+        QCOMPARE(sliced.toPlainText(), whole.toPlainText());
+        QCOMPARE(blockTexts(sliced.document()), blockTexts(whole.document()));
+        QCOMPARE(queue.plainText(), whole.toPlainText());
     }
-    QCOMPARE(pending, (QList<int>{26 + 1, 1, 0}));
-    QCOMPARE(view.toPlainText(), "abc\ndef\nghijkl\n" + QString(25, 'L') + "\nz");
 
-    // small text while nothing is pending shows at once, in the same call
-    queue.appendParagraph("next");
-    QVERIFY(!queue.isPending());
-    QVERIFY(view.toPlainText().endsWith("z\nnext"));
-}
+    void aFollowedViewKeepsFollowingWhileSlicesGoIn()
+    {
+        QTextEdit view;
+        view.setReadOnly(true);
+        view.resize(300, 200);
+        view.show();
+        QtRecvViewFeeder queue(&view);
+        queue.setSliceChars(256);
+        queue.appendParagraph(lines("line %1\n", 400));
+        QTRY_VERIFY(!queue.isPending());
+        QScrollBar *bar = view.verticalScrollBar();
+        QVERIFY(bar->maximum() > 0);
+        QCOMPARE(bar->value(), bar->maximum());
 
-void TstQtRecvViewFeeder::clearDropsWhatIsNotShownAndFlushShowsTheRest()
-{
-    QTextEdit view;
-    QtRecvViewFeeder queue(&view);
-    queue.setSliceChars(8);
-    const QString text = lines("%1\n", 100);
-    queue.appendParagraph(text);
-    queue.appendParagraph("after");
-    QVERIFY(queue.isPending());
-    queue.clear();
-    QCOMPARE(view.toPlainText(), QString());
-    QVERIFY(!queue.isPending());
-    QCOMPARE(queue.plainText(), QString());
-    // nothing of the dropped paragraphs comes back later
-    queue.appendParagraph("fresh");
-    QCOMPARE(view.toPlainText(), QString("fresh"));
-
-    queue.appendParagraph(text);
-    queue.appendParagraph("after");
-    queue.flush();
-    QVERIFY(!queue.isPending());
-    QCOMPARE(view.toPlainText(), "fresh\n" + text + "\nafter");
-}
-
-void TstQtRecvViewFeeder::aFollowedViewKeepsFollowingWhileSlicesGoIn()
-{
-    QTextEdit view;
-    view.setReadOnly(true);
-    view.resize(300, 200);
-    view.show();
-    QtRecvViewFeeder queue(&view);
-    queue.setSliceChars(256);
-    queue.appendParagraph(lines("line %1\n", 400));
-    QTRY_VERIFY(!queue.isPending());
-    QScrollBar *bar = view.verticalScrollBar();
-    QVERIFY(bar->maximum() > 0);
-    QCOMPARE(bar->value(), bar->maximum());
-
-    // scrolled up by the user: the view stays where it is
-    bar->setValue(0);
-    queue.appendParagraph(lines("more %1\n", 400));
-    QTRY_VERIFY(!queue.isPending());
-    QCOMPARE(bar->value(), 0);
-}
-
-// The network page's way: text gathers for a few milliseconds, the view keeps only
-// its bound, and whatever the view dropped is still there for a save.
-void TstQtRecvViewFeeder::aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything()
-{
-    QTextEdit view;
-    view.setReadOnly(true);
-    QtRecvViewFeeder queue(&view);
-    queue.setMaxViewChars(200);
-    queue.setSliceChars(200);
-    queue.setDelay(5);
-    queue.setFollowEnd(true);
-
-    QString all;
-    for (int i = 0; i < 50; ++i) {
-        const QString line = QString("[Tcp client c] line %1 ").arg(i);
-        queue.appendParagraph(line);
-        all += (all.isEmpty() ? "" : "\n") + line;
-        queue.appendText("0D 0A ");
-        all += "0D 0A ";
+        // scrolled up by the user: the view stays where it is
+        bar->setValue(0);
+        queue.appendParagraph(lines("more %1\n", 400));
+        QTRY_VERIFY(!queue.isPending());
+        QCOMPARE(bar->value(), 0);
     }
-    QCOMPARE(view.toPlainText(), QString()); // nothing drawn before the delay
-    QCOMPARE(queue.plainText(), all);
-    QTRY_VERIFY(!queue.isPending());
-    const QString shown = view.toPlainText();
-    QVERIFY(shown.size() <= 200);
-    QVERIFY(shown.size() > 150);
-    QVERIFY2(all.endsWith(shown), qPrintable(shown));
-    // the cut fell at a line start
-    QVERIFY(shown.startsWith("[Tcp client c] line "));
-    QCOMPARE(view.textCursor().position(), view.document()->characterCount() - 1);
 
-    // a run of hex longer than the bound: the view is that run's tail, cut after a blank
-    queue.appendText(QString("AB ").repeated(1000));
-    QTRY_VERIFY(!queue.isPending());
-    QCOMPARE(view.toPlainText(), QString("AB ").repeated(66));
-    QCOMPARE(queue.plainText(), all + QString("AB ").repeated(1000));
+    // The network page's way: text gathers for a few milliseconds, the view keeps only
+    // its bound, and whatever the view dropped is still there for a save.
+    void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything()
+    {
+        QTextEdit view;
+        view.setReadOnly(true);
+        QtRecvViewFeeder queue(&view);
+        queue.setMaxViewChars(200);
+        queue.setSliceChars(200);
+        queue.setDelay(5);
+        queue.setFollowEnd(true);
 
-    queue.clear();
-    QCOMPARE(queue.plainText(), QString());
-    queue.appendParagraph("fresh");
-    QTRY_COMPARE(view.toPlainText(), QString("fresh"));
-}
+        QString all;
+        for (int i = 0; i < 50; ++i) {
+            const QString line = QString("[Tcp client c] line %1 ").arg(i);
+            queue.appendParagraph(line);
+            all += (all.isEmpty() ? "" : "\n") + line;
+            queue.appendText("0D 0A ");
+            all += "0D 0A ";
+        }
+        QCOMPARE(view.toPlainText(), QString()); // nothing drawn before the delay
+        QCOMPARE(queue.plainText(), all);
+        QTRY_VERIFY(!queue.isPending());
+        const QString shown = view.toPlainText();
+        QVERIFY(shown.size() <= 200);
+        QVERIFY(shown.size() > 150);
+        QVERIFY2(all.endsWith(shown), qPrintable(shown));
+        // the cut fell at a line start
+        QVERIFY(shown.startsWith("[Tcp client c] line "));
+        QCOMPARE(view.textCursor().position(), view.document()->characterCount() - 1);
 
-void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("plain") << "abc";
-    QTest::newRow("CR LF inside") << "a\r\nb";
-    QTest::newRow("lone CR") << "a\rb\r";
-    QTest::newRow("LF CR") << "a\n\rb";
-    QTest::newRow("separators") << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c";
-    QTest::newRow("frame marks") << QString("a") + QChar(0xFDD0) + "b" + QChar(0xFDD1) + "c";
-    QTest::newRow("no-break space") << QString("a") + QChar(0x00A0) + "b";
-    QTest::newRow("tabs and NUL") << QString("a\tb") + QChar(0) + "c";
-}
+        // a run of hex longer than the bound: the view is that run's tail, cut after a blank
+        queue.appendText(QString("AB ").repeated(1000));
+        QTRY_VERIFY(!queue.isPending());
+        QCOMPARE(view.toPlainText(), QString("AB ").repeated(66));
+        QCOMPARE(queue.plainText(), all + QString("AB ").repeated(1000));
 
-void TstQtRecvViewFeeder::plainTextOfIsWhatTheViewGivesBack()
-{
-    QFETCH(QString, text);
-    QTextDocument doc;
-    QTextCursor cursor(&doc);
-    cursor.insertText(text);
-    QCOMPARE(QtRecvViewFeeder::plainTextOf(text), doc.toPlainText());
-}
+        // flush shows what is pending at once; clear drops it for good
+        queue.appendParagraph("flushed");
+        queue.flush();
+        QVERIFY(!queue.isPending());
+        QVERIFY(view.toPlainText().endsWith("\nflushed"));
+        queue.appendParagraph(lines("%1\n", 100));
+        QVERIFY(queue.isPending());
+        queue.clear();
+        QCOMPARE(queue.plainText(), QString());
+        queue.appendParagraph("fresh");
+        QTRY_COMPARE(view.toPlainText(), QString("fresh"));
+        QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
+    }
 
-void TstQtRecvViewFeeder::tailStartKeepsLinesAndBytesWhole_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("maxChars");
-    QTest::addColumn<QString>("tail");
-    QTest::newRow("fits") << "abc" << 3 << "abc";
-    QTest::newRow("line start close by") << "aaaa\nbbbbbbbbbbbbbbb" << 18 << "bbbbbbbbbbbbbbb";
-    QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
-    QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
-    QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
-    QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
-    QTest::newRow("nothing allowed") << "abc" << 0 << "";
-}
+    void plainTextOfIsWhatTheViewGivesBack_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("line ends") << "a\r\nb\rc\n\rd\r";
+        QTest::newRow("characters the document treats apart")
+            << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c" + QChar(0xFDD0) + "d" + QChar(0xFDD1) + "e"
+                   + QChar(0x00A0) + "f\tg" + QChar(0) + "h";
+    }
 
-void TstQtRecvViewFeeder::tailStartKeepsLinesAndBytesWhole()
-{
-    QFETCH(QString, text);
-    QFETCH(int, maxChars);
-    QFETCH(QString, tail);
-    QCOMPARE(text.mid(QtRecvViewFeeder::tailStart(text, maxChars)), tail);
-}
+    void plainTextOfIsWhatTheViewGivesBack()
+    {
+        QFETCH(QString, text);
+        QTextDocument doc;
+        QTextCursor cursor(&doc);
+        cursor.insertText(text);
+        QCOMPARE(QtRecvViewFeeder::plainTextOf(text), doc.toPlainText());
+    }
+
+    void tailStartKeepsLinesAndBytesWhole_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("maxChars");
+        QTest::addColumn<QString>("tail");
+        QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
+        QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
+        QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
+        QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
+        QTest::newRow("nothing allowed") << "abc" << 0 << "";
+    }
+
+    void tailStartKeepsLinesAndBytesWhole()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, maxChars);
+        QFETCH(QString, tail);
+        QCOMPARE(text.mid(QtRecvViewFeeder::tailStart(text, maxChars)), tail);
+    }
+};
 
 LARK_TEST_MAIN(TstQtRecvViewFeeder)
 #include "tst_qtrecvviewfeeder.moc"

@@ -1,7 +1,6 @@
 #include "LarkTest.h"
 #include "QtTabBar.h"
 
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -14,9 +13,6 @@ private slots:
     void clickingATabSignalsItsIndexAndSetCurrentIndexIsSilent()
     {
         QtTabBar bar;
-        // a widget added before the tabs still ends up right of them, past the stretch
-        QPushButton *early = new QPushButton("早");
-        bar.addWidget(early);
         bar.setTabTitles({"串口调试助手", "摄像头调试助手", "网络调试助手"});
         bar.resize(900, 30);
         bar.show();
@@ -24,7 +20,6 @@ private slots:
         QList<QToolButton *> tabs = bar.findChildren<QToolButton *>();
         std::sort(tabs.begin(), tabs.end(), [](QToolButton *a, QToolButton *b) { return a->x() < b->x(); });
         QCOMPARE(tabs.size(), 3);
-        QVERIFY(early->x() > tabs.last()->geometry().right() + 100);
         QCOMPARE(bar.currentIndex(), 0);
 
         QSignalSpy spy(&bar, SIGNAL(signalClicked(int)));

