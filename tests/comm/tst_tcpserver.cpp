@@ -80,45 +80,44 @@ private slots:
         m_server->SltSendMsgToAllClient("all");
         for (auto &p : m_peers)
             QTRY_COMPARE(p->bytesAvailable(), qint64(3));
-        for (auto &p : m_peers)
-            QCOMPARE(p->readAll(), QByteArray("all"));
         m_server->SltSendMsgToClient(nameOf(1), "one");
         m_server->SltSendMsgToClient("no such client", "lost");
-        QTRY_COMPARE(m_peers[1]->bytesAvailable(), qint64(3));
-        QCOMPARE(m_peers[1]->readAll(), QByteArray("one"));
         // a round trip through another peer proves nothing else was queued for 0 and 2
         m_server->SltSendMsgToClient(nameOf(0), "x");
-        QTRY_COMPARE(m_peers[0]->bytesAvailable(), qint64(1));
-        QCOMPARE(m_peers[0]->readAll(), QByteArray("x"));
-        QCOMPARE(m_peers[2]->bytesAvailable(), qint64(0));
+        QTRY_COMPARE(m_peers[0]->bytesAvailable() + m_peers[1]->bytesAvailable(), qint64(4 + 6));
+        QCOMPARE(m_peers[0]->readAll(), QByteArray("allx"));
+        QCOMPARE(m_peers[1]->readAll(), QByteArray("allone"));
+        QCOMPARE(m_peers[2]->readAll(), QByteArray("all"));
     }
 
+    // a burst of peers leaving, one leaving, then the server disconnecting one and all
     void peersLeavingOrDisconnectedLeaveTheTable()
     {
-        QVERIFY(connectPeers(4));
+        QVERIFY(connectPeers(200));
         const QString gone = nameOf(0);
+        for (size_t i = 4; i < m_peers.size(); ++i)
+            m_peers[i]->disconnectFromHost();
         m_peers[0]->disconnectFromHost();
-        QTRY_COMPARE(m_left->count(), 1);
-        QCOMPARE(m_left->at(0).at(0).toString(), gone);
-        QCOMPARE(m_server->counts(), 3);
+        QTRY_COMPARE(m_server->counts(), 3);
+        QCOMPARE(m_left->count(), 197);
+        QVERIFY(m_left->contains({gone}));
         m_server->SltSendMsgToClient(gone, "lost");
         m_server->SltSendMsgToAllClient("kept");
         QTRY_COMPARE(m_peers[1]->bytesAvailable(), qint64(4));
         QCOMPARE(m_peers[1]->readAll(), QByteArray("kept"));
-
         m_server->disconnectClient("not a client");
         QCOMPARE(m_server->counts(), 3);
         const QString middle = nameOf(2);
         m_server->disconnectClient(middle);
-        QCOMPARE(m_left->count(), 2);
-        QCOMPARE(m_left->at(1).at(0).toString(), middle);
+        QCOMPARE(m_left->last(), QVariantList{middle});
         QTRY_COMPARE(m_peers[2]->state(), QAbstractSocket::UnconnectedState);
-
         m_server->disconnectClient(QString());
-        QCOMPARE(m_left->count(), 4);
+        QCOMPARE(m_left->count(), 200);
         QCOMPARE(m_server->counts(), 0);
         QTRY_COMPARE(m_peers[3]->state(), QAbstractSocket::UnconnectedState);
         QVERIFY(m_server->isListening());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QTRY_COMPARE(m_server->findChildren<TcpClient *>().size(), 0);
     }
 
     void closeListenDropsEveryClientAndTheServerListensAgain()
@@ -137,17 +136,6 @@ private slots:
         QVERIFY(connectPeers(1));
         m_peers[0]->write("again");
         QTRY_COMPARE(read.count(), 1);
-    }
-
-    void aBurstOfClientsComingAndGoingLeavesAnEmptyTable()
-    {
-        QVERIFY(connectPeers(200));
-        for (auto &p : m_peers)
-            p->disconnectFromHost();
-        QTRY_COMPARE(m_server->counts(), 0);
-        QCOMPARE(m_left->count(), 200);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QTRY_COMPARE(m_server->findChildren<TcpClient *>().size(), 0);
     }
 };
 
