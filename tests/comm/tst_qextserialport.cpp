@@ -22,11 +22,7 @@ private slots:
         m_port->setPortName(m_pty->programPath());
         QVERIFY(m_port->open(QIODevice::ReadWrite));
     }
-    void cleanup()
-    {
-        delete m_port;
-        delete m_pty;
-    }
+    void cleanup() { delete m_port; delete m_pty; }
 
     void baudRatesOutsideTheTermiosTableAreRefused_data()
     {
@@ -66,8 +62,7 @@ private slots:
         QCOMPARE(m_port->dataBits(), QextSerialPort::DATA_8);
     }
 
-    // bytes both ways are the serial page's tests; here what is left when the peer vanishes
-    void aVanishedPeerIsDroppedAtTheFirstFailedRead()
+    void aVanishedPeerIsDroppedAtTheFirstFailedRead() // bytes both ways: the serial page's tests
     {
         // the watcher compares this full path with short names; it must not be shortened
         QCOMPARE(m_port->portName(), m_pty->programPath());
