@@ -13,59 +13,49 @@ class TstQSerialPorCheck : public QObject
 private slots:
     void onlyAChangeOfTheCountIsReported_data()
     {
-        // each row: successive port lists, and the lists the signal carries
-        QTest::addColumn<QList<QStringList>>("ticks");
-        QTest::addColumn<QList<QStringList>>("reported");
-        QTest::newRow("none at start reports nothing")
-            << QList<QStringList>{{}, {}} << QList<QStringList>{};
-        QTest::newRow("same ports every tick report once")
-            << QList<QStringList>{{"ttyS0", "ttyUSB0"}, {"ttyS0", "ttyUSB0"}}
-            << QList<QStringList>{{"ttyS0", "ttyUSB0"}};
-        QTest::newRow("a swap in one tick goes unnoticed")
-            << QList<QStringList>{{"ttyUSB0"}, {"ttyACM0"}} << QList<QStringList>{{"ttyUSB0"}};
-        QTest::newRow("last port leaving reports an empty list")
-            << QList<QStringList>{{"ttyUSB0"}, {}} << QList<QStringList>{{"ttyUSB0"}, {}};
-        QTest::newRow("a plug keeps the system's order")
-            << QList<QStringList>{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}}
-            << QList<QStringList>{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}};
+        using Lists = QList<QStringList>;
+        QTest::addColumn<Lists>("ticks");
+        QTest::addColumn<Lists>("reported");
+        QTest::newRow("none at start reports nothing") << Lists{{}, {}} << Lists{};
+        QTest::newRow("same ports every tick report once") << Lists{{"ttyS0", "ttyUSB0"}, {"ttyS0", "ttyUSB0"}} << Lists{{"ttyS0", "ttyUSB0"}};
+        QTest::newRow("a swap in one tick goes unnoticed") << Lists{{"ttyUSB0"}, {"ttyACM0"}} << Lists{{"ttyUSB0"}};
+        QTest::newRow("last port leaving reports an empty list") << Lists{{"ttyUSB0"}, {}} << Lists{{"ttyUSB0"}, {}};
+        QTest::newRow("a plug keeps the system's order") << Lists{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}} << Lists{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}};
     }
 
     void onlyAChangeOfTheCountIsReported()
     {
         QFETCH(QList<QStringList>, ticks);
-        QFETCH(QList<QStringList>, reported);
         QSerialPorCheck check;
         QSignalSpy spy(&check, SIGNAL(signalSerialChanged(QStringList)));
         for (const QStringList &t : ticks)
             check.updateSerialports(t);
-        QCOMPARE(spy.count(), reported.size());
-        for (int i = 0; i < reported.size(); ++i)
-            QCOMPARE(spy.at(i).at(0).toStringList(), reported.at(i));
+        QList<QStringList> reported;
+        for (const QVariantList &args : qAsConst(spy))
+            reported << args.at(0).toStringList();
+        QTEST(reported, "reported");
     }
 
-    void ticksReportTheSystemPortsOnceAndFollowTheTimerRules()
+    // a tick reads the system's ports; a new interval starts a stopped watcher, start()
+    // does not restart a running one
+    void ticksReadTheSystemAndFollowTheTimerRules()
     {
-        QStringList expected;
+        QStringList ports;
         for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
-            expected << info.portName();
+            ports << info.portName();
         QSerialPorCheck check;
         QSignalSpy spy(&check, SIGNAL(signalSerialChanged(QStringList)));
-        QCOMPARE(check.interval(), 1000);
-        QVERIFY(!check.isActive());
-        check.setInterval(50); // starts a stopped watcher
+        QVERIFY(check.interval() == 1000 && !check.isActive());
+        check.setInterval(50);
         QVERIFY(check.isActive());
         QTest::qWait(300);
-        check.SltCheckSerialport();
-        QCOMPARE(spy.count(), expected.isEmpty() ? 0 : 1);
-        if (!expected.isEmpty())
-            QCOMPARE(spy.at(0).at(0).toStringList(), expected);
-
+        check.SltCheckSerialport(); // the count is unchanged: still one report at most
+        QCOMPARE(QList<QVariantList>(spy), ports.isEmpty() ? QList<QVariantList>() : QList<QVariantList>{{ports}});
         check.setInterval(1000);
-        auto *timer = check.findChild<QTimer *>();
         QTest::qWait(300);
-        const int left = timer->remainingTime();
-        check.start(); // does not restart a running watcher
-        QVERIFY(timer->remainingTime() <= left);
+        const int left = check.findChild<QTimer *>()->remainingTime();
+        check.start();
+        QVERIFY(check.findChild<QTimer *>()->remainingTime() <= left);
     }
 };
 

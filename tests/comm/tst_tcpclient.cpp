@@ -24,7 +24,6 @@ private slots:
         client->connectToHost(QHostAddress::LocalHost, listener.serverPort());
         QVERIFY(listener.waitForNewConnection(5000));
         std::unique_ptr<QTcpSocket> peer(listener.nextPendingConnection());
-        QTRY_COMPARE(client->state(), QAbstractSocket::ConnectedState);
 
         peer->write("ping\r\n");
         auto received = [&] {
