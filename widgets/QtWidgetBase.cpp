@@ -29,3 +29,9 @@ QStringList QtWidgetBase::byteCounts(quint64 sent, quint64 received)
 {
     return QStringList() << QString("发送字节: %1").arg(sent) << QString("接收字节: %1").arg(received);
 }
+
+void QtWidgetBase::emitNotice(const QPair<QString, int> &notice)
+{
+    if (!notice.first.isEmpty())
+        emit signalNotify(notice.first, notice.second);
+}

@@ -1,6 +1,7 @@
 #ifndef QTWIDGETBASE_H
 #define QTWIDGETBASE_H
 
+#include <QPair>
 #include <QStringList>
 #include <QWidget>
 
@@ -20,6 +21,8 @@ public:
 
     // "发送字节: %1", "接收字节: %1": the counts of the pages that send and receive bytes
     static QStringList byteCounts(quint64 sent, quint64 received);
+    // signalNotify with a notice's text and level; a notice without text says nothing
+    void emitNotice(const QPair<QString, int> &notice);
 
 signals:
     void signalNotify(const QString &text, int level);

@@ -473,29 +473,9 @@ void NetworkToolWidget::clearRecv()
     m_recvFeeder->clear();
 }
 
-void NetworkToolWidget::SltChangeSendPage(int index)
-{
-    m_groupSend->SltChangeSendPage(index);
-}
-
-void NetworkToolWidget::SltBtnFoldClicked()
-{
-    m_btnFold->SltBtnFoldClicked();
-}
-
-void NetworkToolWidget::SltChangeAutoInterval()
-{
-    m_groupSend->SltChangeAutoInterval();
-}
-
-void NetworkToolWidget::SltSaveDataToFile()
-{
-    saveDataToFile(QString());
-}
-
-void NetworkToolWidget::saveDataToFile(const QString &fileName)
-{
-    const QtRecvSaveFormat::Notice notice = QtRecvSaveFormat::save(this, recvText(), fileName);
-    if (!notice.first.isEmpty())
-        emit signalNotify(notice.first, notice.second);
-}
+// the page's own names for what the shared parts do
+void NetworkToolWidget::SltBtnFoldClicked() { m_btnFold->SltBtnFoldClicked(); }
+void NetworkToolWidget::SltChangeSendPage(int index) { m_groupSend->SltChangeSendPage(index); }
+void NetworkToolWidget::SltChangeAutoInterval() { m_groupSend->SltChangeAutoInterval(); }
+void NetworkToolWidget::SltSaveDataToFile() { saveDataToFile(QString()); }
+void NetworkToolWidget::saveDataToFile(const QString &fileName) { emitNotice(QtRecvSaveFormat::save(this, recvText(), fileName)); }

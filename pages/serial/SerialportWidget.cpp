@@ -278,30 +278,9 @@ void SerialportWidget::SltDelayChanged()
 {
 }
 
-void SerialportWidget::SltBtnFoldClicked()
-{
-    m_btnFold->SltBtnFoldClicked();
-}
-
-void SerialportWidget::SltChangeSendPage(int index)
-{
-    m_groupSend->SltChangeSendPage(index);
-}
-
-void SerialportWidget::SltChangeAutoInterval()
-{
-    m_groupSend->SltChangeAutoInterval();
-}
-
-void SerialportWidget::SltSaveDataToFile()
-{
-    saveDataToFile(QString());
-}
-
-void SerialportWidget::saveDataToFile(const QString &fileName)
-{
-    // the whole text received since the last clear, also what is not shown yet
-    const QtRecvSaveFormat::Notice notice = QtRecvSaveFormat::save(this, m_recvFeeder->plainText(), fileName);
-    if (!notice.first.isEmpty())
-        emit signalNotify(notice.first, notice.second);
-}
+// the page's own names for what the shared parts do
+void SerialportWidget::SltBtnFoldClicked() { m_btnFold->SltBtnFoldClicked(); }
+void SerialportWidget::SltChangeSendPage(int index) { m_groupSend->SltChangeSendPage(index); }
+void SerialportWidget::SltChangeAutoInterval() { m_groupSend->SltChangeAutoInterval(); }
+void SerialportWidget::SltSaveDataToFile() { saveDataToFile(QString()); }
+void SerialportWidget::saveDataToFile(const QString &fileName) { emitNotice(QtRecvSaveFormat::save(this, m_recvFeeder->plainText(), fileName)); }
