@@ -57,8 +57,7 @@ private slots:
         QLineEdit *edt = bar.findChild<QLineEdit *>("edtPage");
         if (action.startsWith("type ")) {
             edt->clear();
-            QTest::keyClicks(edt, action.mid(5));
-            QTest::keyClick(edt, Qt::Key_Return);
+            QTest::keyClicks(edt, action.mid(5) + '\r');
         } else if (action.startsWith("set ")) {
             bar.setPageIndex(action.section(' ', 1, 1).toInt(), action.section(' ', 2, 2).toInt());
         } else {

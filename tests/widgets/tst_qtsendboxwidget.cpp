@@ -107,7 +107,6 @@ private slots:
     {
         QFETCH(int, flags);
         QFETCH(QString, prefix);
-        const QString history = confPath(prefix + "_send_data.txt");
         {
             QtSendBoxWidget box(nullptr, flags);
             box.setDeviceStatus(true);
@@ -124,7 +123,6 @@ private slots:
             r[0]->setText("hello#world");
             box.SltMultiBtnClicked(0);
         }
-        QCOMPARE(readFile(history), QByteArray("AT+GMR\nhello world\n"));
         QCOMPARE(readFile(confPath(prefix + "_multi_conf.txt")), QByteArray("1#AT+RST\n2#01 03 00 00\n11#hello#world\n"));
         {
             QtSendBoxWidget box(nullptr, flags);
@@ -137,7 +135,8 @@ private slots:
             box.findChild<QTextEdit *>()->setPlainText("hello");
             box.SltSingleSendPage();
         }
-        QCOMPARE(readFile(history), QByteArray("AT+GMR\nhello\nworld\nhello\n"));
+        // one entry a line, as the combo held them
+        QCOMPARE(readFile(confPath(prefix + "_send_data.txt")), QByteArray("AT+GMR\nhello\nworld\nhello\n"));
     }
 
     void listFilesLoseOnlyBadLinesAndClearTakesTheKeysOneBelowTheRows()
@@ -157,13 +156,12 @@ private slots:
                                                           {4, "AT\r"}, {10, "page1row10"}, {6, "ab"}, {2, "中"},
                                                           {20, "page2row10"}, {23, "c"}}));
             QVERIFY(comboItems(box).contains("AT+GMR"));
-            auto *bar = box.findChild<QtPageBar *>();
             const auto r = rows(box);
             r[0]->clear(); // an emptied row keeps its stored text
             emit r[0]->editingFinished();
             box.SltMultiChangePage(3);
             QCOMPARE(r[2]->text(), QString("c"));
-            bar->SltNextPage();
+            box.findChild<QtPageBar *>()->SltNextPage();
             box.SltClearMultiEdit();
             // keys 10..19 go: the tenth row of page 1 with them, while page 2's tenth stays
             QCOMPARE(box.multiData().keys(), (QList<int>{-3, 0, 1, 2, 4, 6, 20, 23}));
@@ -223,10 +221,8 @@ private slots:
         box.setCurrentPage(QtSendBoxWidget::MultiPage);
         for (int tick = 0; tick < 5; ++tick)
             box.SltAutoSendData();
-        QStringList got;
-        for (const QList<QVariant> &s : sent)
-            got << s.at(0).toString();
-        QCOMPARE(got, (QStringList{"one", "three", "one", "three"}));
+        const QByteArray one("one"), three("three");
+        QCOMPARE(QList<QVariantList>(sent), (QList<QVariantList>{{one}, {three}, {one}, {three}}));
         // checking again on the multi page restarts at row 0
         box.setAutoSend(true);
         box.SltAutoSendData();

@@ -45,9 +45,7 @@ private slots:
             m == '!' ? w.setEnableCR(false) : m == '=' ? w.setTerminalText(f.mid(1)) : m == 't' ? w.insertTerminalText(f.mid(1))
                 : m == 'd' ? w.insertRecvData(f.mid(1)) : w.insertRecvData(f.mid(1), QChar(m).toLower() == 'h', QChar(m).isUpper());
         }
-        QString text = w.toPlainText();
-        text.replace(QRegularExpression("\\[\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d\\]"), "[T]");
-        QCOMPARE(text, shown);
+        QCOMPARE(w.toPlainText().replace(QRegularExpression("\\[\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d\\]"), "[T]"), shown);
     }
 
     void asciiHistoryKeepsTheLastBytesAndTheViewFollows()
@@ -63,8 +61,7 @@ private slots:
         QCOMPARE(w.recvHistory(), data.right(20480));
         QVERIFY(!w.toPlainText().contains("ASCII >")); // the header has been cut away
         w.insertRecvData("more", false, false);
-        QCOMPARE(w.recvHistory().size(), 20480);
-        QVERIFY(w.recvHistory().endsWith("ENDmore"));
+        QCOMPARE(w.recvHistory(), (data + "more").right(20480));
         QCOMPARE(w.textCursor().position(), w.document()->characterCount() - 1);
         QTRY_VERIFY(w.verticalScrollBar()->value() > 0);
     }
