@@ -1,6 +1,7 @@
 #include "LarkTest.h"
 #include "QtNavigationBar.h"
 
+#include <QKeySequence>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -24,27 +25,8 @@ private slots:
     }
     void cleanup() { delete bar; }
 
-    // a click on an item, between items (-1), or on the current one again
-    void clickSelectsTheItem_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::newRow("third") << 2;
-        QTest::newRow("the current one again") << 0;
-        QTest::newRow("beside the items") << -1;
-    }
-
-    void clickSelectsTheItem()
-    {
-        QFETCH(int, index);
-        QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
-        const QPoint at = index < 0 ? QPoint(490, 15) : bar->itemRect(index).center().toPoint();
-        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, at);
-        QCOMPARE(spy.count(), index < 0 ? 0 : 1);
-        QCOMPARE(bar->getCurrentItem(), bar->itemName(qMax(index, 0)));
-        QTRY_COMPARE(bar->barRect(), bar->itemRect(qMax(index, 0)));
-    }
-
-    // operations in a word each: next, last, first, to9, key, or a key name
+    // operations in a word each: next, last, first, to9, key (turns keyMove on), clickN
+    // on item N or beside the items (-1), or a key name; the bar ends on the chosen item
     void moveOperations_data()
     {
         QTest::addColumn<int>("start");
@@ -59,6 +41,9 @@ private slots:
         QTest::newRow("arrow keys") << 0 << "key Right Down Right Down Left" << 2 << 4;
         QTest::newRow("up and other keys") << 1 << "key Up Up Space" << 0 << 1;
         QTest::newRow("arrow keys without keyMove") << 0 << "Right Down" << 0 << 0;
+        QTest::newRow("click the third") << 0 << "click2" << 2 << 1;
+        QTest::newRow("click the current one again") << 0 << "click0" << 0 << 1;
+        QTest::newRow("click beside the items") << 0 << "click-1" << 0 << 0;
     }
 
     void moveOperations()
@@ -69,14 +54,17 @@ private slots:
         QFETCH(int, emitted);
         bar->setCurrentIndex(start);
         QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
-        const QMap<QString, Qt::Key> keys{
-            {"Right", Qt::Key_Right}, {"Down", Qt::Key_Down}, {"Left", Qt::Key_Left}, {"Up", Qt::Key_Up}, {"Space", Qt::Key_Space}};
         for (const QString &op : operations.split(' ')) {
-            op == "next" ? bar->moveNext() : op == "first" ? bar->moveFirst() : op == "last" ? bar->moveLast()
-                : op == "to9" ? bar->moveTo(9) : op == "key" ? bar->setKeyMove(true) : QTest::keyClick(bar, keys.value(op));
+            const int item = op.mid(5).toInt();
+            op.startsWith("click") ? QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier,
+                                                       item < 0 ? QPoint(490, 15) : bar->itemRect(item).center().toPoint())
+            : op == "next" ? bar->moveNext() : op == "first" ? bar->moveFirst() : op == "last" ? bar->moveLast()
+            : op == "to9" ? bar->moveTo(9) : op == "key" ? bar->setKeyMove(true) : QTest::keyClick(bar, Qt::Key(QKeySequence(op)[0]));
         }
         QCOMPARE(bar->getCurrentIndex(), expected);
         QCOMPARE(spy.count(), emitted);
+        QCOMPARE(bar->getCurrentItem(), bar->itemName(expected));
+        QTRY_COMPARE(bar->barRect(), bar->itemRect(expected));
     }
 
     void clearItemEmptiesTheBar()
