@@ -11,6 +11,11 @@ class QtFoldButton : public QToolButton
 public:
     QtFoldButton(QWidget *column, QWidget *parent);
 
+    // The page shape of the serial and network pages: the settings column, this button
+    // (wired to the page's SltBtnFoldClicked), and the receive view over the send box.
+    static QtFoldButton *layOutPage(QWidget *page, QWidget *column, QWidget *view, QWidget *sendBox,
+                                    int margin, int spacing, int viewSpacing);
+
 public slots:
     void SltBtnFoldClicked();
 

@@ -77,9 +77,6 @@ void NetworkToolWidget::InitWidget()
     setObjectName("NetworkToolWidget");
 
     m_widgetConfig = InitConfigWidget();
-
-    m_btnFold = new QtFoldButton(m_widgetConfig, this);
-
     m_textRecv = new QTextBrowser(this);
     m_textRecv->setObjectName("textRecv");
     m_textRecv->setUndoRedoEnabled(false);
@@ -97,20 +94,8 @@ void NetworkToolWidget::InitWidget()
     m_sendBox = new QtSendBoxWidget(this, 3);
     m_groupSend->bindSendBox(m_sendBox);
 
-    QVBoxLayout *rightLayout = new QVBoxLayout();
-    rightLayout->setContentsMargins(0, 0, 0, 0);
-    rightLayout->setSpacing(5);
-    rightLayout->addWidget(m_textRecv, 1);
-    rightLayout->addWidget(m_sendBox);
+    m_btnFold = QtFoldButton::layOutPage(this, m_widgetConfig, m_textRecv, m_sendBox, 2, 2, 5);
 
-    QHBoxLayout *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(2, 2, 2, 2);
-    layout->setSpacing(2);
-    layout->addWidget(m_widgetConfig);
-    layout->addWidget(m_btnFold, 0, Qt::AlignVCenter);
-    layout->addLayout(rightLayout, 1);
-
-    connect(m_btnFold, SIGNAL(clicked()), this, SLOT(SltBtnFoldClicked()));
     connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltSendData(QByteArray)));
     connect(m_sendBox, SIGNAL(signalNotify(QString,int)), this, SIGNAL(signalNotify(QString,int)));
 }

@@ -128,28 +128,14 @@ void SerialportWidget::InitWidget()
 {
     setObjectName("SerialportWidget");
     m_widgetConfig = InitConfigColumn();
-    m_btnFold = new QtFoldButton(m_widgetConfig, this);
-
     m_terminal = new QtTerminalWidget(this);
     m_terminal->setPlaceholderText("数据接收区显示");
     m_recvFeeder = new QtRecvViewFeeder(m_terminal, this);
     m_sendBox = new QtSendBoxWidget(this, 7);
     m_groupSend->bindSendBox(m_sendBox);
 
-    QVBoxLayout *right = new QVBoxLayout();
-    right->setContentsMargins(0, 0, 0, 0);
-    right->setSpacing(2);
-    right->addWidget(m_terminal, 1);
-    right->addWidget(m_sendBox);
+    m_btnFold = QtFoldButton::layOutPage(this, m_widgetConfig, m_terminal, m_sendBox, 0, 0, 2);
 
-    QHBoxLayout *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_widgetConfig);
-    layout->addWidget(m_btnFold, 0, Qt::AlignVCenter);
-    layout->addLayout(right, 1);
-
-    connect(m_btnFold, SIGNAL(clicked()), this, SLOT(SltBtnFoldClicked()));
     connect(m_recvTimer, SIGNAL(timeout()), this, SLOT(SltRecvFromSerialport()));
     connect(m_serialport, SIGNAL(readyRead()), this, SLOT(SltRecvFromSerialport()));
     connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltWriteDataToSerialport(QByteArray)));
