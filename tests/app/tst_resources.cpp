@@ -8,27 +8,20 @@
 #include <QRawFont>
 #include <QTranslator>
 
-// The compiled-in resources: the generated icon font must carry every glyph the
-// program draws, the images and the translation must load. (Both skins are parsed
-// at start-up in the settings test.)
+// The icon font must draw every glyph the program uses; images and translation load.
 class TstResources : public QObject
 {
     Q_OBJECT
 
 private slots:
-    // the program registers them through the skin code; this test links only the data
-    void initTestCase() { Q_INIT_RESOURCE(larkresources); }
-    void imagesAndTranslationLoad()
+    void compiledInResourcesLoad()
     {
+        Q_INIT_RESOURCE(larkresources); // the program does this in its skin code
         for (const char *name : {"app_logo", "logo_title", "arrow-down", "arrow-up"})
             QVERIFY2(!QImage(QString(":/resources/images/%1.png").arg(name)).isNull(), name);
         QTranslator translator;
         QVERIFY(translator.load(":/resources/qm/qt_zh_CN.qm"));
         QCOMPARE(translator.translate("QPlatformTheme", "Cancel"), QString("取消"));
-    }
-
-    void iconFontDrawsEveryGlyphTheProgramUses()
-    {
         QCOMPARE(IconHelper::Instance()->iconFont().family(), QString("IconFont"));
         QFile file(":/resources/fonts/iconfont.ttf");
         QVERIFY(file.open(QIODevice::ReadOnly));
