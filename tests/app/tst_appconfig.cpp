@@ -114,6 +114,7 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     if (content != "plain file")
         QCOMPARE(s.value("Common/Skin").toInt(), skin);
     QCOMPARE(s.contains("Common/RecvBackground"), filled);
+    QCOMPARE(s.value("Other/Skin").toInt(), content.startsWith("[Other]") ? 1 : 0); // left alone
     if (filled) {
         // colours as lower-case #rrggbb, taken from memory at the time of writing
         QCOMPARE(s.value("Common/RecvBackground").toString(), QString("#123456"));
