@@ -4,21 +4,10 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
 #include <QPushButton>
-#include <QSettings>
-#include <QTextCodec>
 #include <QtTest>
 
-namespace {
-QStringList s_warnings;
-void collectWarnings(QtMsgType type, const QMessageLogContext &, const QString &msg)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg)
-        s_warnings << msg;
-}
-} // namespace
+static QStringList s_warnings;
 
 // Whatever conf/config.ini beside the executable holds (or whatever stands in its
 // way), the program starts, leaving statics, style sheet and file as a start does.
@@ -84,7 +73,10 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     AppConfig::m_colorRecvBgColor = QColor("#123456");
 
     s_warnings.clear();
-    const QtMessageHandler previous = qInstallMessageHandler(collectWarnings);
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &msg) {
+        if (type != QtDebugMsg && type != QtInfoMsg)
+            s_warnings << msg;
+    });
     MyApp::InitApp();
     // the sheet is parsed when a widget is polished with it
     QWidget window;
@@ -95,10 +87,8 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     QVERIFY2(s_warnings.isEmpty(), qPrintable(s_warnings.join('\n')));
     QVERIFY(!qApp->styleSheet().isEmpty());
     QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("GB18030"));
-    if (content == "plain file")
-        QVERIFY(QFileInfo(confDir()).isFile());
-    else
-        QVERIFY(QDir(QCoreApplication::applicationDirPath() + "/download").exists());
+    QVERIFY(content == "plain file" ? QFileInfo(confDir()).isFile()
+                                    : QDir(QCoreApplication::applicationDirPath() + "/download").exists());
     if (codec < 0)
         return; // a corrupt file only must not stop the start
     QCOMPARE(MyApp::m_nTextCodecIndex, codec);
@@ -111,8 +101,7 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     QVERIFY(sheet.open(QIODevice::ReadOnly));
     QVERIFY(sheet.readAll().endsWith(qApp->styleSheet().toUtf8()));
     QSettings s(ini, QSettings::IniFormat);
-    if (content != "plain file")
-        QCOMPARE(s.value("Common/Skin").toInt(), skin);
+    QCOMPARE(s.value("Common/Skin").toInt(), skin);
     QCOMPARE(s.contains("Common/RecvBackground"), filled);
     QCOMPARE(s.value("Other/Skin").toInt(), content.startsWith("[Other]") ? 1 : 0); // left alone
     if (filled) {

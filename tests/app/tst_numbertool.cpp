@@ -2,7 +2,6 @@
 #include "NumberTool.h"
 #include "SleepTool.h"
 
-#include <QTimer>
 #include <QtTest>
 
 static QByteArray hex(const char *s) { return QByteArray::fromHex(s); }

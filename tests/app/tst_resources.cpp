@@ -2,7 +2,6 @@
 
 #include "IconHelper.h"
 
-#include <QFile>
 #include <QImage>
 #include <QPainterPath>
 #include <QRawFont>
@@ -23,9 +22,7 @@ private slots:
         QVERIFY(translator.load(":/resources/qm/qt_zh_CN.qm"));
         QCOMPARE(translator.translate("QPlatformTheme", "Cancel"), QString("取消"));
         QCOMPARE(IconHelper::Instance()->iconFont().family(), QString("IconFont"));
-        QFile file(":/resources/fonts/iconfont.ttf");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QRawFont font(file.readAll(), 16);
+        const QRawFont font(QString(":/resources/fonts/iconfont.ttf"), 16);
         // title bar, message boxes, main window buttons, fold button, graph legend and
         // the binary editor's tool buttons; an empty outline would draw nothing
         for (uint cp : {0xE602, 0xE607, 0xE609, 0xE60B, 0xE60E, 0xE612, 0xE614, 0xE622, 0xE63B, 0xE661,
