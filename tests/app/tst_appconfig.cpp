@@ -61,8 +61,7 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
             QDir().mkpath(confDir());
         QFile f(content == "plain file" ? confDir() : ini);
         QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(content);
-        f.flush();
+        QVERIFY(f.write(content) == content.size() && f.flush());
         // QSettings caches files by time stamp and size: make each one look new
         static int tick = 0;
         f.setFileTime(QDateTime::currentDateTime().addSecs(-3600 - ++tick), QFileDevice::FileModificationTime);
@@ -73,7 +72,7 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     AppConfig::m_colorRecvBgColor = QColor("#123456");
 
     s_warnings.clear();
-    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &msg) {
+    const auto previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &msg) {
         if (type != QtDebugMsg && type != QtInfoMsg)
             s_warnings << msg;
     });
@@ -92,9 +91,8 @@ void TstAppConfig::startUpReadsOrWritesTheSettingsFile()
     if (codec < 0)
         return; // a corrupt file only must not stop the start
     QCOMPARE(MyApp::m_nTextCodecIndex, codec);
-    const QByteArray name = codec == 1 ? "GB18030" : "UTF-8";
     const QString text = QString::fromUtf8("温度 25℃");
-    QCOMPARE(MyApp::strToUnicode(text), QTextCodec::codecForName(name)->fromUnicode(text));
+    QCOMPARE(MyApp::strToUnicode(text), QTextCodec::codecForName(codec == 1 ? "GB18030" : "UTF-8")->fromUnicode(text));
     QCOMPARE(MyApp::toUnicode(MyApp::strToUnicode(text)), text);
     QCOMPARE(MyApp::m_nSkinStyle, skin);
     QFile sheet(skin == 1 ? ":/resources/css/white.css" : ":/resources/css/default.css");
