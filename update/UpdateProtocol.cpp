@@ -48,7 +48,6 @@ VersionReply parseVersionReply(const QByteArray &body)
     reply.kind = VersionReply::Object;
     reply.verNum = obj.value("verNum").toString();
     reply.verInfo = obj.value("verInfo").toString();
-    reply.value = versionValue(reply.verNum);
     return reply;
 }
 

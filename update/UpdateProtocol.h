@@ -22,7 +22,6 @@ struct VersionReply {
     Kind kind = Empty;
     QString verNum;
     QString verInfo;
-    quint32 value = 0; // verNum packed
 };
 
 // "%1.%2.%3.%4" of the running program

@@ -144,7 +144,7 @@ void QtRecvViewFeeder::showSlice(int budget)
         m_strPending.remove(0, tailStart(m_strPending, m_nMaxViewChars));
         m_view->clear();
     }
-    const int length = sliceLength(m_strPending, 0, budget);
+    const int length = sliceLength(m_strPending, budget);
     QScrollBar *bar = m_view->verticalScrollBar();
     const bool atBottom = bar->value() >= bar->maximum();
 
@@ -245,18 +245,17 @@ int QtRecvViewFeeder::tailStart(const QString &text, int maxChars)
 // Slices end after a line: a line split over two slices would be laid out twice. A
 // line longer than the whole budget goes in alone, since splitting it could only add
 // work.
-int QtRecvViewFeeder::sliceLength(const QString &text, int from, int budget)
+int QtRecvViewFeeder::sliceLength(const QString &text, int budget)
 {
-    const int rest = text.size() - from;
-    if (rest <= budget)
-        return rest;
-    for (int i = from + budget - 1; i >= from; --i) {
+    if (text.size() <= budget)
+        return text.size();
+    for (int i = budget - 1; i >= 0; --i) {
         if (endsLine(text, i))
-            return i + 1 - from;
+            return i + 1;
     }
-    for (int i = from + budget; i < text.size(); ++i) {
+    for (int i = budget; i < text.size(); ++i) {
         if (endsLine(text, i))
-            return i + 1 - from;
+            return i + 1;
     }
-    return rest;
+    return text.size();
 }

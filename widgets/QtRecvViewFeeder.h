@@ -33,10 +33,8 @@ public:
 
     // 0 (the default): the view keeps everything
     void setMaxViewChars(int chars);
-    int maxViewChars() const { return m_nMaxViewChars; }
     void setDelay(int ms);
     void setSliceChars(int chars);
-    int sliceChars() const { return m_nSliceChars; }
     // true: every slice leaves the view at its end; false (the default): the view
     // follows new text only while it is scrolled to the bottom, as append does
     void setFollowEnd(bool follow);
@@ -48,7 +46,6 @@ public:
     // reads once all is shown (and before any bound cut it)
     QString plainText() const { return m_strLog; }
     bool isPending() const { return !m_strPending.isEmpty(); }
-    int pendingChars() const { return m_strPending.size(); }
     // empties the view, what waits and the kept text
     void clear();
     // shows all that waits, now
@@ -63,8 +60,6 @@ public:
     // at a line start if one lies close, else after a blank (hex bytes stay whole),
     // else exactly.
     static int tailStart(const QString &text, int maxChars);
-    // how much of text, from position from, makes a slice of about budget characters
-    static int sliceLength(const QString &text, int from, int budget);
 
 private slots:
     void SltShowSlice();
@@ -73,6 +68,8 @@ private:
     void enqueue(const QString &piece);
     void showSlice(int budget);
     void trimView();
+    // how much of the front of text makes a slice of about budget characters
+    static int sliceLength(const QString &text, int budget);
 
     QTextEdit *m_view;
     QTimer *m_timer;
