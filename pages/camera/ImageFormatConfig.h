@@ -50,6 +50,7 @@ private slots:
     void sltAutoSendData();
 
 private:
+    void InitWidget();
     void setWriteRegValue(int page);
     void setReadRegValue(int page);
     void setModelHeader();
