@@ -1,0 +1,289 @@
+#include "DataManagerWidget.h"
+#include "ImageFormatConfig.h"
+#include "LarkTest.h"
+#include "QtMessageTip.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+
+// The strip as the user drives it: typed fields, row buttons, the page bar and the
+// register table window it opens.
+class TstImageFormatConfig : public QObject
+{
+    Q_OBJECT
+
+    ImageFormatConfig *m_cfg = nullptr;
+    QSignalSpy *m_sent = nullptr;
+
+    QLineEdit *edit(int e) const
+    {
+        for (QLineEdit *l : m_cfg->findChildren<QLineEdit *>())
+            if (l->property("id").isValid() && l->property("id").toInt() == e)
+                return l;
+        return nullptr;
+    }
+    QString fields(int from, int to) const
+    {
+        QStringList texts;
+        for (int e = from; e <= to; ++e)
+            texts << edit(e)->text();
+        return texts.join(',');
+    }
+    void click(const QString &name, QWidget *in = nullptr)
+    {
+        QTest::mouseClick((in ? in : m_cfg)->findChild<QAbstractButton *>(name), Qt::LeftButton);
+    }
+    void clickText(QWidget *in, const QString &text)
+    {
+        for (QAbstractButton *b : in->findChildren<QAbstractButton *>())
+            if (b->text() == text)
+                return QTest::mouseClick(b, Qt::LeftButton);
+    }
+    void read() { clickText(m_cfg, "读"); }
+    void type(int e, const QString &text) { QTest::keyClicks(edit(e), text); }
+    // the page shown afresh: through the last page and back from the first
+    void showPage(int page)
+    {
+        click("btnLastPage");
+        click("btnFirstPage");
+        for (int p = 1; p < page; ++p)
+            click("btnNextPage");
+    }
+    DataManagerWidget *openManager(int tab)
+    {
+        click("btnMultiManage");
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (auto *m = qobject_cast<DataManagerWidget *>(w)) {
+                if (tab == 1)
+                    clickText(m, "    读管理    ");
+                return m;
+            }
+        return nullptr;
+    }
+    static QString tableRow(DataManagerWidget *m, int r)
+    {
+        QStringList cells;
+        for (int c = 0; c < 4; ++c)
+            cells << m->dataModel()->index(r, c).data().toString();
+        return cells.join('|');
+    }
+    QStringList sent() const
+    {
+        QStringList all;
+        for (const QVariantList &s : *m_sent)
+            all << QString("%1|%2|%3").arg(s[0].toString(), s[1].toString(), s[2].toString());
+        return all;
+    }
+
+private slots:
+    void init()
+    {
+        m_cfg = new ImageFormatConfig;
+        m_sent = new QSignalSpy(m_cfg, SIGNAL(signalReadWriteReg(QString,QString,int)));
+        m_sent->setParent(m_cfg);
+        m_cfg->show();
+    }
+    void cleanup() { delete m_cfg; }
+
+    void pagesShowTheirIds_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("tableRow");
+        QTest::newRow("write row 0") << 0 << "09" << "9|1A|00|";
+        QTest::newRow("write row 7") << 7 << "16" << "16|1A|00|";
+        QTest::newRow("read row 8") << 8 << "05" << "5|1A|00|";
+        QTest::newRow("read row 11") << 11 << "08" << "8|1A|00|";
+    }
+    void pagesShowTheirIds()
+    {
+        QFETCH(int, row);
+        if (row > 7)
+            read();
+        click("btnNextPage");
+        QTEST(m_cfg->findChild<QPushButton *>(QString("btnSendReg%1").arg(row))->text(), "button");
+        type(2 * row, "1a");
+        showPage(1);
+        QVERIFY(edit(2 * row)->text().isEmpty());
+        showPage(2);
+        QCOMPARE(edit(2 * row)->text(), QString("1A"));
+        QTEST(tableRow(openManager(row > 7), 0), "tableRow");
+    }
+
+    void rowButtonSends_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("addr");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("result");
+        QTest::newRow("write") << 2 << "1F2" << "80" << "1F2|80|0";
+        QTest::newRow("one digit address") << 0 << "1" << "5" << "1|5|0";
+        QTest::newRow("write without value") << 1 << "12" << "" << "请填写正确的寄存器值";
+        QTest::newRow("without address") << 3 << "" << "7" << "请填写正确的寄存器地址";
+        QTest::newRow("read page 1") << 9 << "30" << "" << "30||2";
+        QTest::newRow("read page 2") << -11 << "31" << "" << "31||8";
+    }
+    void rowButtonSends()
+    {
+        QFETCH(int, row);
+        QFETCH(QString, result);
+        if (row < 0) {
+            read();
+            click("btnNextPage");
+            row = -row;
+        }
+        QFETCH(QString, addr);
+        QFETCH(QString, value);
+        type(2 * row, addr);
+        type(2 * row + 1, value);
+        click(QString("btnSendReg%1").arg(row));
+        if (result.contains('|'))
+            QCOMPARE(sent(), QStringList{result});
+        else
+            QVERIFY(sent().isEmpty() && QtMessageTip::Instance()->text() == result && QtMessageTip::Instance()->mode() == 0);
+    }
+
+    // typed rows: page 4 "40".."47", page 5 "50".."57" but for row 3, left empty
+    void autoSendPlaysTheWriteList_data()
+    {
+        QTest::addColumn<int>("startPage");
+        QTest::addColumn<QString>("addresses");
+        QTest::newRow("from the last page: row 0 unsent") << 5 << "51 52 54 55 56 57";
+        QTest::newRow("from page 4: page 5 from row 0") << 4 << "41 42 43 44 45 46 47 50 51 52 54 55 56 57";
+    }
+    void autoSendPlaysTheWriteList()
+    {
+        for (int page = 4; page <= 5; ++page) {
+            showPage(page);
+            for (int r = 0; r < 8; ++r) {
+                if (page == 4 || r != 3) {
+                    type(2 * r, QString("%1%2").arg(page).arg(r));
+                    type(2 * r + 1, "1");
+                }
+            }
+        }
+        QFETCH(int, startPage);
+        showPage(startPage);
+        QSignalSpy finished(m_cfg, SIGNAL(autoSendFinished()));
+        m_cfg->setAutoSendDelay(2);
+        m_cfg->setAutoSend(true);
+        QVERIFY(finished.wait(5000));
+        QStringList addresses;
+        for (const QString &s : sent())
+            addresses << s.section('|', 0, 0) + (s.endsWith("|0") ? "" : "?");
+        QTEST(addresses.join(' '), "addresses");
+        QVERIFY(!edit(0)->isReadOnly() && m_cfg->findChild<QRadioButton *>()->isEnabled());
+    }
+
+    void manualSendIsRefusedDuringAutoSend()
+    {
+        type(0, "10");
+        type(1, "20");
+        m_cfg->setAutoSendDelay(600000);
+        m_cfg->setAutoSend(true);
+        QVERIFY(edit(0)->isReadOnly() && !edit(16)->isReadOnly() && !m_cfg->findChild<QRadioButton *>()->isEnabled());
+        click("btnSendReg0");
+        QVERIFY(sent().isEmpty());
+        QCOMPARE(QtMessageTip::Instance()->text(), QString("自动发送数据中，如需手动，请先关闭自动发送！"));
+        m_cfg->setAutoSend(false);
+        click("btnSendReg0");
+        QCOMPARE(sent(), QStringList{"10|20|0"});
+    }
+
+    // read addresses typed on page 2 (ids 5 to 8), then on page 1 (ids 1 to 4)
+    void readAnswersFindTheirRow_data()
+    {
+        QTest::addColumn<int>("regId");
+        QTest::addColumn<uint>("value");
+        QTest::addColumn<QString>("page1");
+        QTest::addColumn<QString>("page2");
+        QTest::addColumn<QString>("page1Again");
+        QTest::newRow("shown page") << 2 << 0x1234u << ",1234,," << "00,00,00,00" << "00,1234,00,00";
+        QTest::newRow("other page") << 6 << 0xABu << ",,," << "00,AB,00,00" << "00,00,00,00";
+        QTest::newRow("bit 31 comes back as 0") << 1 << 0x80000000u << "FFFFFFFF80000000,,," << "00,00,00,00" << "00,00,00,00";
+        QTest::newRow("unknown id") << 9 << 5u << ",,," << "00,00,00,00" << "00,00,00,00";
+    }
+    void readAnswersFindTheirRow()
+    {
+        read();
+        for (int page = 2; page >= 1; --page) {
+            showPage(page);
+            for (int k = 0; k < 4; ++k)
+                type(16 + 2 * k, QString("A%1").arg(k));
+        }
+        QFETCH(int, regId);
+        QFETCH(uint, value);
+        m_cfg->SetRegValue(regId, value);
+        const auto values = [this] { return QStringList{edit(17)->text(), edit(19)->text(), edit(21)->text(), edit(23)->text()}.join(','); };
+        QTEST(values(), "page1");
+        showPage(2);
+        QTEST(values(), "page2");
+        showPage(1);
+        QTEST(values(), "page1Again");
+    }
+
+    // write row 0 holds 10/20, read row 8 the address 30, before the table is confirmed
+    void confirmTakesTheTableOver_data()
+    {
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<bool>("clear");
+        QTest::addColumn<QStringList>("rows");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("firstRow");
+        QTest::newRow("write: address 0 dropped") << 0 << false << QStringList{"1|10|20|曝光", "2|0|5|", "3|44|6|"} << "10,20,,,44,06" << "1|10|20|曝光";
+        QTest::newRow("write: blank rows change nothing") << 0 << true << QStringList{} << "10,20,,,," << "1|10|20|";
+        QTest::newRow("read: blank rows make id 0") << 1 << false << QStringList{} << "30,00,,,," << "0|00|00|";
+        QTest::newRow("read: numbered rows overwrite ids 1..") << 1 << true << QStringList{} << "00,00,00,00,00,00" << "1|00|00|";
+    }
+    void confirmTakesTheTableOver()
+    {
+        QFETCH(int, tab);
+        QFETCH(bool, clear);
+        QFETCH(QStringList, rows);
+        type(0, "10");
+        type(1, "20");
+        type(16, "30");
+        DataManagerWidget *manager = openManager(tab);
+        if (clear)
+            clickText(manager, "清空");
+        for (int r = 0; r < rows.size(); ++r)
+            for (int c = 0; c < 4; ++c)
+                manager->dataModel()->setData(manager->dataModel()->index(r, c), rows[r].split('|')[c]);
+        clickText(manager, "确定");
+        QVERIFY(!manager->isVisible());
+        QTEST(tab == 0 ? fields(0, 5) : fields(16, 21), "fields");
+        QTEST(tableRow(openManager(tab), 0), "firstRow");
+    }
+
+    void registersRoundTripThroughAFile()
+    {
+        QTemporaryDir dir;
+        type(0, "10");
+        type(1, "20");
+        type(4, "33");
+        type(5, "44");
+        DataManagerWidget *manager = openManager(0);
+        manager->dataModel()->setData(manager->dataModel()->index(0, 3), "曝光时间");
+        clickText(manager, "确定");
+        m_cfg->SltClearInput(); // fields only: the registers stay
+        QVERIFY(fields(0, 5) == ",,,,,");
+        openManager(0);
+        LarkTest::answerNextFileDialog(dir.filePath("regs.csv"));
+        clickText(manager, "导出");
+        delete m_cfg;
+        init();
+        manager = openManager(0);
+        LarkTest::answerNextFileDialog(dir.filePath("regs.csv"));
+        clickText(manager, "导入");
+        clickText(manager, "确定");
+        QCOMPARE(fields(0, 5), QString("10,20,,,33,44"));
+        QCOMPARE(tableRow(openManager(0), 0), QString("1|10|20|曝光时间"));
+    }
+};
+
+LARK_TEST_MAIN(TstImageFormatConfig)
+#include "tst_imageformatconfig.moc"
