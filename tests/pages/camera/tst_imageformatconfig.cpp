@@ -25,12 +25,17 @@ class TstImageFormatConfig : public QObject
                 return l;
         return nullptr;
     }
-    QString fields(int from, int to, int step = 1) const
+    template <class F>
+    static QString join(int n, F text, QChar sep = ',')
     {
         QStringList texts;
-        for (int e = from; e <= to; e += step)
-            texts << edit(e)->text();
-        return texts.join(',');
+        for (int i = 0; i < n; ++i)
+            texts << text(i);
+        return texts.join(sep);
+    }
+    QString fields(int from, int to, int step = 1) const
+    {
+        return join((to - from) / step + 1, [&](int i) { return edit(from + i * step)->text(); });
     }
     // by object name or text
     static void click(QWidget *in, const QString &key)
@@ -63,17 +68,12 @@ class TstImageFormatConfig : public QObject
     }
     static QString tableRow(DataManagerWidget *m, int r)
     {
-        QStringList cells;
-        for (int c = 0; c < 4; ++c)
-            cells << m->dataModel()->index(r, c).data().toString();
-        return cells.join('|');
+        return join(4, [&](int c) { return m->dataModel()->index(r, c).data().toString(); }, '|');
     }
-    QStringList sent() const
+    // one "address|value|regId" a signal, joined by ' '
+    QString sent() const
     {
-        QStringList all;
-        for (const QVariantList &s : *m_sent)
-            all << QString("%1|%2|%3").arg(s[0].toString(), s[1].toString(), s[2].toString());
-        return all;
+        return join(m_sent->count(), [this](int i) { return join(3, [&](int k) { return m_sent->at(i).at(k).toString(); }, '|'); }, ' ');
     }
 
 private slots:
@@ -139,7 +139,7 @@ private slots:
         type(2 * row + 1, value);
         click(QString("btnSendReg%1").arg(row));
         if (result.contains('|'))
-            QCOMPARE(sent(), QStringList{result});
+            QCOMPARE(sent(), result);
         else
             QVERIFY(sent().isEmpty() && QtMessageTip::Instance()->text() == result && QtMessageTip::Instance()->mode() == 0);
     }
@@ -174,10 +174,7 @@ private slots:
         QCOMPARE(QtMessageTip::Instance()->text(), QString("自动发送数据中，如需手动，请先关闭自动发送！"));
         QVERIFY(sent().isEmpty());
         QVERIFY(finished.wait(5000));
-        QStringList addresses;
-        for (const QString &s : sent())
-            addresses << s.section('|', 0, 0) + (s.endsWith("|0") ? "" : "?");
-        QTEST(addresses.join(' '), "addresses");
+        QTEST(sent().remove("|01|0"), "addresses"); // every value "01", every regId 0
         QVERIFY(!edit(0)->isReadOnly() && m_cfg->findChild<QRadioButton *>()->isEnabled());
     }
 
