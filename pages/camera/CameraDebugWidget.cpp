@@ -160,8 +160,10 @@ void CameraDebugWidget::InitWidget()
     m_cbxDeviceAddr = new QComboBox(groupSend);
     m_cbxDeviceAddr->addItems({"0", "1"});
     m_edtRegAddrLen = new QLineEdit("1", groupSend);
+    m_edtRegAddrLen->setObjectName("edtRegAddrLen");
     m_edtRegAddrLen->setValidator(new QRegExpValidator(QRegExp("[1-4]"), m_edtRegAddrLen));
     m_edtRegValueLen = new QLineEdit("1", groupSend);
+    m_edtRegValueLen->setObjectName("edtRegValueLen");
     m_edtRegValueLen->setValidator(new QRegExpValidator(QRegExp("[1-4]"), m_edtRegValueLen));
     m_edtAutoDelay = new QLineEdit("1000", groupSend);
     m_edtAutoDelay->setValidator(new QRegExpValidator(QRegExp("\\d+"), m_edtAutoDelay));
