@@ -289,7 +289,7 @@ void CameraDebugWidget::SltChangeImageShow(int index)
 void CameraDebugWidget::SendMessageToDevice(unsigned char cmd, unsigned char addr, QByteArray data)
 {
     const QByteArray frame = CameraFrame::build(cmd, addr, data);
-    qDebug() << "send data" << NumberTool::byteToHex(frame);
+    qDebug().noquote() << "send data" << NumberTool::byteToHex(frame);
     WriteDataToDevice(frame);
 }
 
