@@ -11,6 +11,7 @@
 #include "QtUpdateDialog.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
+#include "CameraDebugWidget.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
@@ -74,7 +75,7 @@ void MainWindow::InitWidget()
 
     // pages not built yet hold a plain page, so every tab works
     m_serialPage = new SerialportWidget(this);
-    m_cameraPage = new QtWidgetBase(this);
+    m_cameraPage = new CameraDebugWidget(this);
     m_networkPage = new NetworkToolWidget(this);
     m_pidPage = new PidDebugWidget(this);
     m_hexEditPage = new QtWidgetBase(this);
@@ -93,10 +94,10 @@ void MainWindow::InitWidget()
     for (QtWidgetBase *page : {m_serialPage, m_cameraPage, m_networkPage, m_hexEditPage})
         connect(page, SIGNAL(signalRefresCounts(int)), this, SLOT(SltRefreshCounts(int)));
 
-    // one watcher for every page that opens serial ports; the camera page, still a
-    // plain page here, has no port box to rebuild yet
+    // one watcher for every page that opens serial ports
     QSerialPorCheck *portCheck = new QSerialPorCheck(this);
     connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_serialPage, SLOT(SltSerialportChanged(QStringList)));
+    connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_cameraPage, SLOT(SltSerialportChanged(QStringList)));
     connect(portCheck, SIGNAL(signalSerialChanged(QStringList)), m_pidPage, SLOT(SltSerialportChanged(QStringList)));
     portCheck->start();
 }

@@ -1,0 +1,302 @@
+#include "CameraBoardFrame.h"
+#include "CameraDebugWidget.h"
+#include "ImageFormatConfig.h"
+#include "ImageViewer.h"
+#include "LarkPtyPair.h"
+#include "LarkTest.h"
+#include "QextSerialPort.h"
+#include "QtMessageTip.h"
+#include "StatusLabel.h"
+#include "TcpServer.h"
+
+#include <QtNetwork>
+#include <QtTest>
+#include <QtWidgets>
+#include <unistd.h>
+
+namespace {
+
+enum Link { Server, Client, Udp, Serial };
+
+// The page on one link and the test as the board on its other end: a client of the
+// page's server, a server for its client, a UDP sender, or the far end of a pty pair
+// that the page opens under a /dev/tty name.
+struct Rig {
+    CameraDebugWidget page;
+    QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
+    Link link = Server;
+    QTcpServer boardServer;
+    std::unique_ptr<QTcpSocket> tcp;
+    QUdpSocket udp;
+    LarkPtyPair pty;
+    const QString tty = QString("ttyLarkCam%1").arg(getpid());
+
+    ~Rig() { QFile::remove("/dev/" + tty); }
+
+    // a child by object name or by its text
+    template <class T>
+    T *child(const QString &name)
+    {
+        for (T *w : page.findChildren<T *>())
+            if (w->objectName() == name || w->property("text").toString() == name)
+                return w;
+        return nullptr;
+    }
+    QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
+    QString button() { return child<QPushButton>("btnOpen")->text(); }
+    QList<QVariant> lastNotice() { return notify.isEmpty() ? QList<QVariant>() : notify.last(); }
+    void press() { child<QPushButton>("btnOpen")->click(); }
+    bool connectBoard()
+    {
+        tcp.reset(new QTcpSocket);
+        tcp->connectToHost(QHostAddress::LocalHost, page.tcpServer()->serverPort());
+        return QTest::qWaitFor([&] { return page.tcpServer()->counts() == 1; }, 5000);
+    }
+    bool open(Link l, bool jpeg = false)
+    {
+        link = l;
+        child<QRadioButton>(jpeg ? "JPEG数据" : "协议传输")->setChecked(true);
+        child<QLineEdit>("edtPort")->setText("0");
+        links()->setCurrentIndex(qMin(int(l), 2));
+        if (l == Serial) {
+            if (!pty.start() || !QFile::link(pty.programPath(), "/dev/" + tty))
+                return false;
+            page.SltSerialportChanged({"ttyS99", tty});
+            links()->setCurrentIndex(4);
+        } else if (l == Client) {
+            child<QComboBox>("cbxAddress")->setCurrentText("127.0.0.1");
+            if (!boardServer.listen(QHostAddress::LocalHost, 0))
+                return false;
+            child<QLineEdit>("edtPort")->setText(QString::number(boardServer.serverPort()));
+        }
+        press();
+        if (l == Server)
+            return connectBoard();
+        if (l == Client && QTest::qWaitFor([&] { return boardServer.hasPendingConnections(); }, 5000))
+            tcp.reset(boardServer.nextPendingConnection());
+        return l == Client ? QTest::qWaitFor([&] { return button() == "断开连接"; }, 5000)
+                           : l == Udp ? page.udpSocket()->state() == QAbstractSocket::BoundState : page.serialPort()->isOpen();
+    }
+    // the board writes; true once the page has counted every byte
+    bool send(const QByteArray &data)
+    {
+        const qint64 want = page.recvBytes() + data.size();
+        if (link == Serial)
+            pty.boardWrite(data);
+        else if (link == Udp)
+            udp.writeDatagram(data, QHostAddress::LocalHost, page.udpSocket()->localPort());
+        else
+            tcp->write(data);
+        return QTest::qWaitFor([&] { return page.recvBytes() >= want; }, 5000);
+    }
+    // an image frame as boards send it: the head in a chunk of its own, then the rest
+    bool sendImage(const QByteArray &frame) { return send(frame.left(12)) && send(frame.mid(12)); }
+    // n bytes the board received; UDP replies name no destination and never arrive,
+    // so for UDP this is n question marks, as is the expectation (wire())
+    QByteArray boardReads(int n)
+    {
+        if (link == Serial)
+            return pty.boardReadAtLeast(n);
+        if (link == Udp)
+            return QByteArray(n, '?');
+        QTest::qWaitFor([&] { return tcp->bytesAvailable() >= n; }, 5000);
+        return tcp->read(n + 1);
+    }
+    QByteArray wire(const QByteArray &frame) { return link == Udp ? QByteArray(frame.size(), '?') : frame; }
+};
+
+QByteArray jpegOf(int w, int h)
+{
+    QImage image(w, h, QImage::Format_RGB888);
+    image.fill(Qt::blue);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPG", 95);
+    return bytes;
+}
+
+} // namespace
+
+class TstCameraDebugWidget : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<Rig> rig;
+
+private slots:
+    void init() { rig.reset(new Rig); }
+    void cleanup() { rig.reset(); }
+
+    void everyLinkEndToEnd_data()
+    {
+        QTest::addColumn<int>("link");
+        QTest::addColumn<QString>("running");
+        QTest::addColumn<QString>("closed");
+        QTest::addColumn<QString>("idle");
+        QTest::newRow("tcp server") << int(Server) << "关闭监听" << "TCP服务监听[端口:0]已关闭!!" << "启动监听";
+        QTest::newRow("tcp client") << int(Client) << "断开连接" << "TcpClient已断开连接!!" << "开始连接";
+        QTest::newRow("udp") << int(Udp) << "关闭监听" << "UDP服务监听[端口:0]已关闭!!" << "启动监听";
+        QTest::newRow("serial") << int(Serial) << "关闭串口" << "串口[/dev/%1]已关闭!!" << "打开串口";
+    }
+    void everyLinkEndToEnd()
+    {
+        QFETCH(int, link);
+        QFETCH(QString, running);
+        QFETCH(QString, closed);
+        QFETCH(QString, idle);
+        QVERIFY(rig->open(Link(link)));
+        QCOMPARE(rig->button(), running);
+        // the TCP client runs outside the lamp, the rate timer and the locks
+        const bool locked = link != Client;
+        QCOMPARE(rig->child<StatusLabel>("statusLabel")->isWork(), locked);
+        QVERIFY(rig->links()->isEnabled() != locked && rig->child<QRadioButton>("JPEG数据")->isEnabled() != locked);
+        if (link == Serial)
+            QCOMPARE(rig->lastNotice(), (QList<QVariant>{QString("串口[/dev/%1]打开成功!").arg(rig->tty), 0}));
+
+        // slot 1 is announced and answered, always with address 0
+        const QByteArray ok = camFrame(0, QByteArray(1, 0));
+        QVERIFY(rig->send(formatFrame(1, 4, 8, 4)));
+        QCOMPARE(rig->lastNotice(), (QList<QVariant>{"设备[2]修改图像格式[RGB565]成功: 宽度: 8像素,高度：4像素.", 0}));
+        QCOMPARE(rig->boardReads(13), rig->wire(ok));
+        // drawn into the second image: pixel (x, y) shows source pixel (y + 1) * 8 + 8 - x
+        QVERIFY(rig->sendImage(camFrame(2, greyPixels(32), 1)));
+        QCOMPARE(rig->boardReads(13), rig->wire(ok));
+        const QImage image = rig->page.imageViewer()->pixmap(1).toImage();
+        auto grey = [](int k) { return qRgb(8 * (k + 1), 8 * (k + 1), 8 * (k + 1)); };
+        QCOMPARE(image.size(), QSize(8, 4));
+        QVERIFY(image.pixel(0, 0) == grey(16) && image.pixel(7, 2) == grey(25) && image.pixel(3, 1) == grey(21));
+        QCOMPARE(image.pixel(0, 3), qRgb(0, 0, 0));
+        // a spoilt frame into slot 0 (default 320 x 240): status 1, then drawn and status 0
+        QVERIFY(rig->sendImage(camFrame(2, greyPixels(32), 0, -1, 1)));
+        QCOMPARE(rig->boardReads(26), rig->wire(camFrame(0, QByteArray(1, 1)) + ok));
+        QCOMPARE(rig->page.imageViewer()->pixmap(0).size(), QSize(320, 240));
+        QCOMPARE(rig->page.frameCount(), quint32(2));
+
+        // a read with its row id; a write to device 1 with a two-byte address
+        rig->page.SltReadWriteRegister("1F", "", 5);
+        QCOMPARE(rig->boardReads(15), rig->wire(camFrame(0x11, QByteArray::fromHex("05001f"))));
+        rig->child<QLineEdit>("edtRegAddrLen")->setText("2");
+        rig->page.findChild<QGroupBox *>("groupBoxSendCfg")->findChild<QComboBox *>()->setCurrentIndex(1);
+        QMetaObject::invokeMethod(rig->page.formatConfig(), "signalReadWriteReg", Q_ARG(QString, "1F2"), Q_ARG(QString, "AB"), Q_ARG(int, 0));
+        QCOMPARE(rig->boardReads(15), rig->wire(camFrame(0x10, QByteArray::fromHex("f201ab"), 1)));
+
+        rig->press();
+        QCOMPARE(rig->lastNotice().value(0).toString(), link == Serial ? closed.arg(rig->tty) : closed);
+        QCOMPARE(rig->button(), idle);
+        QVERIFY(!rig->child<StatusLabel>("statusLabel")->isWork() && rig->links()->isEnabled());
+    }
+
+    void jpegModeOverUdp()
+    {
+        QVERIFY(rig->open(Udp, true));
+        const QByteArray picture = jpegOf(40, 30);
+        // junk before the SOI goes; the next image's start waits
+        QVERIFY(rig->send("junk" + picture.left(100)));
+        QVERIFY(rig->send(picture.mid(100) + picture.left(7)));
+        QCOMPARE(rig->page.frameCount(), quint32(1));
+        const QImage shown = rig->page.imageViewer()->pixmap(0).toImage();
+        QCOMPARE(shown.size(), QSize(40, 30));
+        QVERIFY(qBlue(shown.pixel(20, 15)) > 240 && qRed(shown.pixel(20, 15)) < 16);
+    }
+
+    void portsComeAndGo()
+    {
+        QCOMPARE(rig->links()->itemText(0), QString("Tcp Server"));
+        // no tty in the item: nothing is tried
+        rig->page.SltSerialportChanged({"COM3", "ttyLarkNoSuchPort"});
+        QCOMPARE(rig->links()->itemText(0), QString("TCP Server"));
+        rig->links()->setCurrentIndex(3);
+        rig->press();
+        QCOMPARE(rig->lastNotice(), (QList<QVariant>{"串口[串口    COM3]打开失败!!!", 255}));
+        rig->links()->setCurrentIndex(4);
+        rig->press();
+        QCOMPARE(rig->lastNotice(), (QList<QVariant>{"串口[/dev/ttyLarkNoSuchPort]打开失败!!!", 255}));
+        // any change of the list closes an open port
+        QVERIFY(rig->open(Serial));
+        rig->page.SltSerialportChanged({rig->tty});
+        QCOMPARE(rig->lastNotice(), (QList<QVariant>{"当前串口已拔出，请重新打开!", 255}));
+        QVERIFY(!rig->page.serialPort()->isOpen() && rig->button() == "打开串口");
+        // a running server keeps its place in the rebuilt list
+        QVERIFY(rig->open(Server));
+        rig->page.SltSerialportChanged({});
+        QVERIFY(rig->links()->currentIndex() == 0 && rig->page.tcpServer()->isListening());
+    }
+
+    void aPeerLeavingMidFrameThenCountersAndTheWrappedRate()
+    {
+        QSignalSpy refresh(&rig->page, SIGNAL(signalRefresCounts(int)));
+        QVERIFY(rig->open(Server));
+        const QByteArray frame = camFrame(2, greyPixels(320 * 240));
+        QVERIFY(rig->send(frame.left(5000)));
+        rig->tcp->disconnectFromHost();
+        QTRY_COMPARE(rig->page.tcpServer()->counts(), 0);
+        // the next board's head starts afresh
+        QVERIFY(rig->connectBoard());
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(rig->sendImage(frame));
+        QCOMPARE(refresh.count(), 6);
+        QCOMPARE(refresh.last().at(0).toInt(), 1);
+        rig->page.SltCalculationRate();
+        QCOMPARE(rig->page.getCounts(), (QStringList{"帧编号: 3", "接收速率: 0.00 Bytes", "接收帧率: 3 FPS"}));
+        // after a clear the unsigned difference wraps for one tick
+        rig->page.clearCounts();
+        rig->page.SltCalculationRate();
+        QCOMPARE(rig->page.getCounts(), (QStringList{"帧编号: 0", "接收速率: 0.00 Bytes", "接收帧率: 4.29497e+09 FPS"}));
+        rig->page.SltCalculationRate();
+        QCOMPARE(rig->page.getCounts().last(), QString("接收帧率: 0 FPS"));
+        refresh.clear();
+        QVERIFY(refresh.wait(3000)); // the rate timer runs with the link
+
+        // the client's server goes mid-frame: only the button tells
+        rig.reset(new Rig);
+        QVERIFY(rig->open(Client));
+        QVERIFY(rig->send(frame.left(5000)));
+        rig->tcp->disconnectFromHost();
+        QTRY_COMPARE(rig->button(), QString("开始连接"));
+    }
+
+    void readAnswersAndTheAutoSendGate()
+    {
+        QtMessageTip *tip = QtMessageTip::Instance();
+        QCheckBox *autoSend = rig->child<QCheckBox>("自动发送");
+        autoSend->click();
+        QVERIFY(!autoSend->isChecked() && tip->text() == "当前未打开设备！");
+        QVERIFY(rig->open(Serial));
+        QVERIFY(rig->send(readAnswer(2, 1, 0, 1)));
+        QCOMPARE(tip->text(), QString("没有这个寄存器!"));
+        autoSend->click();
+        QVERIFY(autoSend->isChecked());
+        QMetaObject::invokeMethod(rig->page.formatConfig(), "autoSendFinished");
+        QVERIFY(!autoSend->isChecked() && tip->text() == "自动发送任务执行完成");
+        // a bad address length is refused before anything is sent
+        rig->child<QLineEdit>("edtRegAddrLen")->setText("");
+        rig->page.SltReadWriteRegister("1", "2", 0);
+        QCOMPARE(tip->text(), QString("寄存器地址长度设置错误[1~4]"));
+    }
+
+    void viewerAreas()
+    {
+        ImageViewer viewer;
+        viewer.resize(400, 300);
+        QImage red(10, 10, QImage::Format_RGB888);
+        red.fill(Qt::red);
+        viewer.setPixmap(1, QPixmap::fromImage(red));
+        viewer.setPixmap(0, QPixmap());
+        // one area: slot 1 is kept but unseen; two: centred in the right half
+        const QRgb cell = qRgb(0xe5, 0xe5, 0xe5);
+        QCOMPARE(viewer.grab().toImage().pixel(300, 150), cell);
+        viewer.setImageShowCount(2);
+        const QImage two = viewer.grab().toImage();
+        QVERIFY(two.pixel(295, 145) == qRgb(255, 0, 0) && two.pixel(304, 154) == qRgb(255, 0, 0));
+        QVERIFY(two.pixel(294, 145) == cell && two.pixel(300, 175) == qRgb(255, 255, 255));
+        QCOMPARE(two.pixel(199, 10), qRgb(0x1e, 0x1e, 0x1e)); // the separator of the dark skin
+        viewer.setImageShowCount(7);
+        QCOMPARE(viewer.imageShowCount(), 2);
+        // the page's "设备数:" box
+        rig->page.findChildren<QGroupBox *>().at(1)->findChild<QComboBox *>()->setCurrentIndex(1);
+        QCOMPARE(rig->page.imageViewer()->imageShowCount(), 2);
+    }
+};
+
+LARK_TEST_MAIN(TstCameraDebugWidget)
+#include "tst_cameradebugwidget.moc"
