@@ -43,6 +43,14 @@ struct Rig {
         return nullptr;
     }
     QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
+    // entry e of the register strip: 2k is row k's address, 2k + 1 its value
+    QLineEdit *field(int e)
+    {
+        for (QLineEdit *w : page.formatConfig()->findChildren<QLineEdit *>())
+            if (w->property("id").toInt() == e && w->property("id").isValid())
+                return w;
+        return nullptr;
+    }
     QString button() { return child<QPushButton>("btnOpen")->text(); }
     QList<QVariant> lastNotice() { return notify.isEmpty() ? QList<QVariant>() : notify.last(); }
     void press() { child<QPushButton>("btnOpen")->click(); }
@@ -99,7 +107,8 @@ struct Rig {
             return pty.boardReadAtLeast(n);
         if (link == Udp)
             return QByteArray(n, '?');
-        QTest::qWaitFor([&] { return tcp->bytesAvailable() >= n; }, 5000);
+        if (!QTest::qWaitFor([&] { return tcp->bytesAvailable() >= n; }, 5000))
+            return tcp->readAll();
         return tcp->read(n + 1);
     }
     QByteArray wire(const QByteArray &frame) { return link == Udp ? QByteArray(frame.size(), '?') : frame; }
@@ -172,13 +181,20 @@ private slots:
         QCOMPARE(rig->page.imageViewer()->pixmap(0).size(), QSize(320, 240));
         QCOMPARE(rig->page.frameCount(), quint32(2));
 
-        // a read with its row id; a write to device 1 with a two-byte address
-        rig->page.SltReadWriteRegister("1F", "", 5);
-        QCOMPARE(rig->boardReads(15), rig->wire(camFrame(0x11, QByteArray::fromHex("05001f"))));
+        // through the strip's row buttons: the second read row asks with its row id 2;
+        // the first write row writes to device 1 with a two-byte address
+        rig->field(18)->setText("1F");
+        rig->child<QPushButton>("btnSendReg9")->click();
+        QCOMPARE(rig->boardReads(15), rig->wire(camFrame(0x11, QByteArray::fromHex("02001f"))));
         rig->child<QLineEdit>("edtRegAddrLen")->setText("2");
         rig->page.findChild<QGroupBox *>("groupBoxSendCfg")->findChild<QComboBox *>()->setCurrentIndex(1);
-        QMetaObject::invokeMethod(rig->page.formatConfig(), "signalReadWriteReg", Q_ARG(QString, "1F2"), Q_ARG(QString, "AB"), Q_ARG(int, 0));
+        rig->field(0)->setText("1F2");
+        rig->field(1)->setText("AB");
+        rig->child<QPushButton>("btnSendReg0")->click();
         QCOMPARE(rig->boardReads(15), rig->wire(camFrame(0x10, QByteArray::fromHex("f201ab"), 1)));
+        // the answer for row id 2 lands in the second read row
+        QVERIFY(rig->send(readAnswer(0, 2, 0x5A, 1)));
+        QCOMPARE(rig->field(19)->text(), QString("5A"));
 
         rig->press();
         QCOMPARE(rig->lastNotice().value(0).toString(), link == Serial ? closed.arg(rig->tty) : closed);
