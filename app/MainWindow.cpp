@@ -11,6 +11,7 @@
 #include "QtUpdateDialog.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
+#include "HexEditWidget.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
@@ -77,7 +78,7 @@ void MainWindow::InitWidget()
     m_cameraPage = new QtWidgetBase(this);
     m_networkPage = new NetworkToolWidget(this);
     m_pidPage = new PidDebugWidget(this);
-    m_hexEditPage = new QtWidgetBase(this);
+    m_hexEditPage = new HexEditWidget(this);
     m_stackedWidget->addWidget(m_serialPage);
     m_stackedWidget->addWidget(m_cameraPage);
     m_stackedWidget->addWidget(m_networkPage);
