@@ -2,6 +2,7 @@
 
 #include <Okteta/ArrayChangeMetricsList>
 #include <Okteta/Bookmark>
+#include <Okteta/ByteArrayChange>
 #include <Okteta/PieceTableByteArrayModel>
 #include <QApplication>
 #include <QFile>
@@ -18,12 +19,18 @@ QString writeColorScheme(const QPalette &palette, const QColor &highlighting, co
     static QTemporaryDir dir;
     auto rgb = [](const QColor &c) { return QString("%1,%2,%3").arg(c.red()).arg(c.green()).arg(c.blue()); };
     const QString text = palette.color(QPalette::Text).isValid() ? rgb(palette.color(QPalette::Text)) : QString();
-    const QString base = rgb(palette.color(QPalette::Base));
+    const QColor baseColor = palette.color(QPalette::Base);
+    const QString base = rgb(baseColor);
+    // marks are the background tinted towards this colour by a fixed, small contrast:
+    // the highlighting hue at full strength, bright on a dark view and dark on a light
+    // one, is what makes them show
+    const int hue = qMax(highlighting.hue(), 0);
+    const QColor mark = QColor::fromHsv(hue, 255, baseColor.lightness() < 128 ? 255 : 96);
     const QString scheme = QString("[Colors:View]\nBackgroundNormal=%1\nBackgroundAlternate=%1\n"
                                    "ForegroundNormal=%2\nForegroundNeutral=%3\n"
                                    "[Colors:Selection]\nBackgroundNormal=%4\nForegroundNormal=%2\n"
                                    "[ColorEffects:Inactive]\nEnable=false\nChangeSelectionColor=false\n")
-                               .arg(base, text, rgb(highlighting), rgb(selection));
+                               .arg(base, text, rgb(mark), rgb(selection));
     const QString path = dir.filePath(QString("view-%1.colors").arg(qHash(scheme), 8, 16, QChar('0')));
     QFile file(path);
     if (!file.exists() && file.open(QIODevice::WriteOnly))
@@ -61,8 +68,12 @@ void QHexEdit::setData(const QByteArray &data)
     Okteta::PieceTableByteArrayModel *old = m_model;
     m_model = new Okteta::PieceTableByteArrayModel(data, this);
     connect(m_model, SIGNAL(contentsChanged(Okteta::ArrayChangeMetricsList)), this, SLOT(SltContentsChanged()));
+    connect(m_model, SIGNAL(changesDone(QVector<Okteta::ByteArrayChange>, int, int)), this,
+            SLOT(SltChangesDone(QVector<Okteta::ByteArrayChange>, int, int)));
+    connect(m_model, SIGNAL(revertedToVersionIndex(int)), this, SLOT(markChangedBytes()));
     setByteArrayModel(m_model);
     delete old;
+    m_edits.clear();
     setCursorPosition(0);
     m_nSize = -1;
     SltContentsChanged();
@@ -139,11 +150,26 @@ void QHexEdit::SltCursorMoved(Okteta::Address index)
 
 void QHexEdit::SltContentsChanged()
 {
-    markChangedBytes();
     if (m_model->size() != m_nSize) {
         m_nSize = m_model->size();
         emit currentSizeChanged(m_nSize);
     }
+}
+
+void QHexEdit::SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes, int oldVersion, int newVersion)
+{
+    Q_UNUSED(oldVersion);
+    // a new edit drops the undone ones after it; a digit typed into the byte being
+    // edited belongs to the version already there
+    m_edits.resize(newVersion);
+    if (newVersion == 0)
+        return;
+    for (const Okteta::ByteArrayChange &change : changes) {
+        const Okteta::ArrayChangeMetrics &m = change.metrics();
+        if (m.type() == Okteta::ArrayChangeMetrics::Replacement && m.insertLength() > 0)
+            m_edits[newVersion - 1].append(qMakePair(m.offset(), m.insertLength()));
+    }
+    markChangedBytes();
 }
 
 void QHexEdit::markChangedBytes()
@@ -151,14 +177,11 @@ void QHexEdit::markChangedBytes()
     // the bytes written by the edits up to the current version carry a mark, drawn in
     // the highlighting colour; undo takes the marks of the undone edits away
     QVector<Okteta::Bookmark> marks;
-    const auto changes = m_model->changes(0, m_model->versionIndex());
-    for (const Okteta::ByteArrayChange &change : changes) {
-        const Okteta::ArrayChangeMetrics &m = change.metrics();
-        if (m.type() != Okteta::ArrayChangeMetrics::Replacement)
-            continue;
-        for (Okteta::Address a = m.offset(); a < m.offset() + m.insertLength() && a < m_model->size(); ++a)
-            marks.append(Okteta::Bookmark(a));
-    }
+    const int applied = qMin(m_model->versionIndex(), m_edits.size());
+    for (int v = 0; v < applied; ++v)
+        for (const auto &range : m_edits.at(v))
+            for (Okteta::Address a = range.first; a < range.first + range.second && a < m_model->size(); ++a)
+                marks.append(Okteta::Bookmark(a));
     if (m_model->bookmarksCount() > 0)
         m_model->removeAllBookmarks();
     if (!marks.isEmpty())

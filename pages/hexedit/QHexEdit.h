@@ -4,8 +4,11 @@
 #include <Okteta/ByteArrayColumnView>
 #include <QByteArray>
 #include <QColor>
+#include <QPair>
+#include <QVector>
 
 namespace Okteta {
+class ByteArrayChange;
 class PieceTableByteArrayModel;
 }
 
@@ -48,13 +51,16 @@ protected:
 private slots:
     void SltCursorMoved(Okteta::Address index);
     void SltContentsChanged();
+    void SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes, int oldVersion, int newVersion);
+    void markChangedBytes();
 
 private:
     void applyColors();
-    void markChangedBytes();
 
     Okteta::PieceTableByteArrayModel *m_model = nullptr;
     qint64 m_nSize = -1;
+    // per version since the last setData: the byte ranges (offset, length) it wrote
+    QVector<QVector<QPair<int, int>>> m_edits;
     QColor m_colorAddressArea;
     QColor m_colorHighlighting;
     QColor m_colorSelection;

@@ -2,7 +2,10 @@
 #include "LarkTest.h"
 #include "QHexEdit.h"
 
+#include "UiSkin.h"
+
 #include <Okteta/AbstractByteArrayModel>
+#include <Okteta/Bookmarkable>
 #include <QtTest>
 #include <QtWidgets>
 
@@ -150,6 +153,54 @@ private slots:
         press(2);
         QCOMPARE(edit()->data(), QByteArray("second"));
         QCOMPARE(m_page->getCounts().last(), QString("Size: 6"));
+    }
+
+    void changedBytesAreMarkedUntilUndone()
+    {
+        m_page->loadFile(file("a.bin", QByteArray(8, 0)));
+        auto *marks = qobject_cast<Okteta::Bookmarkable *>(edit()->byteArrayModel());
+        type("0102");
+        QVERIFY(marks->containsBookmarkFor(0) && marks->containsBookmarkFor(1) && !marks->containsBookmarkFor(2));
+        press(2);
+        QVERIFY(marks->containsBookmarkFor(0) && !marks->containsBookmarkFor(1));
+        press(3);
+        QVERIFY(marks->containsBookmarkFor(1));
+        type("03");
+        press(3); // a new edit has dropped what was undone before it
+        QCOMPARE(marks->bookmarksCount(), 3u);
+        m_page->loadFile(file("b.bin", "b"));
+        marks = qobject_cast<Okteta::Bookmarkable *>(edit()->byteArrayModel());
+        QCOMPARE(marks->bookmarksCount(), 0u);
+    }
+
+    // the view takes both skins' colours: address column, background and a text colour
+    // that stays readable on it (the bytes are not painted from the palette alone)
+    void viewFollowsTheSkin_data()
+    {
+        QTest::addColumn<int>("skin");
+        QTest::addColumn<QColor>("address");
+        QTest::addColumn<QColor>("background");
+        QTest::addColumn<QColor>("text");
+        QTest::newRow("light") << 1 << QColor("#eeeeee") << QColor("#ffffff") << QColor("#333333");
+        QTest::newRow("dark") << 0 << QColor("#1e1e1e") << QColor("#252526") << QColor("#f2f2f2");
+    }
+    void viewFollowsTheSkin()
+    {
+        QFETCH(int, skin);
+        QFETCH(QColor, address);
+        QFETCH(QColor, background);
+        QFETCH(QColor, text);
+        UiSkin::LoadStyleSheet(skin);
+        m_page->loadFile(file("a.bin", QByteArray(64, '\x88')));
+        const QImage shot = edit()->viewport()->grab().toImage();
+        QCOMPARE(shot.pixelColor(1, 1), address);
+        QCOMPARE(shot.pixelColor(shot.width() - 2, shot.height() - 2), background);
+        int textPixels = 0;
+        for (int y = 0; y < shot.height(); ++y)
+            for (int x = shot.width() / 8; x < shot.width(); ++x)
+                textPixels += shot.pixelColor(x, y) == text;
+        QVERIFY2(textPixels > 50, qPrintable(QString::number(textPixels)));
+        qApp->setStyleSheet(QString());
     }
 
     // a file of 100 MB opens, and its last byte can be reached and edited
