@@ -69,11 +69,12 @@ void QHexEdit::setData(const QByteArray &data)
     m_model = new Okteta::PieceTableByteArrayModel(data, this);
     connect(m_model, SIGNAL(contentsChanged(Okteta::ArrayChangeMetricsList)), this, SLOT(SltContentsChanged()));
     connect(m_model, SIGNAL(changesDone(QVector<Okteta::ByteArrayChange>, int, int)), this,
-            SLOT(SltChangesDone(QVector<Okteta::ByteArrayChange>, int, int)));
+            SLOT(SltChangesDone(QVector<Okteta::ByteArrayChange>)));
     connect(m_model, SIGNAL(revertedToVersionIndex(int)), this, SLOT(markChangedBytes()));
     setByteArrayModel(m_model);
     delete old;
     m_edits.clear();
+    m_nVersion = 0;
     setCursorPosition(0);
     m_nSize = -1;
     SltContentsChanged();
@@ -156,19 +157,21 @@ void QHexEdit::SltContentsChanged()
     }
 }
 
-void QHexEdit::SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes, int oldVersion, int newVersion)
+void QHexEdit::SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes)
 {
-    Q_UNUSED(oldVersion);
-    // a new edit drops the undone ones after it; a digit typed into the byte being
-    // edited belongs to the version already there
-    m_edits.resize(newVersion);
-    if (newVersion == 0)
-        return;
-    for (const Okteta::ByteArrayChange &change : changes) {
-        const Okteta::ArrayChangeMetrics &m = change.metrics();
-        if (m.type() == Okteta::ArrayChangeMetrics::Replacement && m.insertLength() > 0)
-            m_edits[newVersion - 1].append(qMakePair(m.offset(), m.insertLength()));
-    }
+    // a new version drops the undone ones it replaces; a digit typed into the byte
+    // being edited belongs to the version already there (the model's own version
+    // arguments of this signal do not tell these apart)
+    const int version = m_model->versionIndex();
+    if (version != m_nVersion)
+        m_edits.resize(qMin(m_nVersion, m_edits.size()));
+    m_edits.resize(version);
+    if (version > 0)
+        for (const Okteta::ByteArrayChange &change : changes) {
+            const Okteta::ArrayChangeMetrics &m = change.metrics();
+            if (m.type() == Okteta::ArrayChangeMetrics::Replacement && m.insertLength() > 0)
+                m_edits[version - 1].append(qMakePair(m.offset(), m.insertLength()));
+        }
     markChangedBytes();
 }
 
@@ -176,6 +179,7 @@ void QHexEdit::markChangedBytes()
 {
     // the bytes written by the edits up to the current version carry a mark, drawn in
     // the highlighting colour; undo takes the marks of the undone edits away
+    m_nVersion = m_model->versionIndex();
     QVector<Okteta::Bookmark> marks;
     const int applied = qMin(m_model->versionIndex(), m_edits.size());
     for (int v = 0; v < applied; ++v)

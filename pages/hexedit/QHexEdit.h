@@ -51,7 +51,7 @@ protected:
 private slots:
     void SltCursorMoved(Okteta::Address index);
     void SltContentsChanged();
-    void SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes, int oldVersion, int newVersion);
+    void SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes);
     void markChangedBytes();
 
 private:
@@ -61,6 +61,8 @@ private:
     qint64 m_nSize = -1;
     // per version since the last setData: the byte ranges (offset, length) it wrote
     QVector<QVector<QPair<int, int>>> m_edits;
+    // the version the marks were last drawn for
+    int m_nVersion = 0;
     QColor m_colorAddressArea;
     QColor m_colorHighlighting;
     QColor m_colorSelection;
