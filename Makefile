@@ -1,7 +1,8 @@
 # make run   : install what is missing, build, start the program (under Xvfb with a
 #              screenshot when there is no display)
 # make test  : install what is missing, build, run every test through ctest
-# make bench : build and run the benchmarks
+# make bench : build and run the benchmarks (and, beside the editor page's, time
+#              Okteta and GHex opening the same file size)
 BUILD ?= build
 JOBS ?= 2
 
@@ -9,7 +10,8 @@ DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
-       xvfb xauth imagemagick socat
+       xvfb xauth imagemagick socat \
+       okteta ghex xdotool
 
 .PHONY: all deps build run test bench clean
 
