@@ -18,7 +18,7 @@ QString writeColorScheme(const QPalette &palette, const QColor &highlighting, co
 {
     static QTemporaryDir dir;
     auto rgb = [](const QColor &c) { return QString("%1,%2,%3").arg(c.red()).arg(c.green()).arg(c.blue()); };
-    const QString text = palette.color(QPalette::Text).isValid() ? rgb(palette.color(QPalette::Text)) : QString();
+    const QString text = rgb(palette.color(QPalette::Text));
     const QColor baseColor = palette.color(QPalette::Base);
     const QString base = rgb(baseColor);
     // marks are the background tinted towards this colour by a fixed, small contrast:
