@@ -1,7 +1,8 @@
 # make run   : install what is missing, build, start the program (under Xvfb with a
 #              screenshot when there is no display)
 # make test  : install what is missing, build, run every test through ctest
-# make bench : build and run the benchmarks
+# make bench : build and run the benchmarks (and, beside the editor page's, time
+#              Okteta and GHex opening the same file size)
 BUILD ?= build
 JOBS ?= 2
 
@@ -10,13 +11,15 @@ DEBS = cmake g++ make pkg-config ccache \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat
+# only the benchmarks need these: two desktop hex editors timed for comparison
+BENCH_DEBS = okteta ghex xdotool
 
 .PHONY: all deps build run test bench clean
 
 all: build
 
 deps:
-	@missing=""; for p in $(DEBS); do \
+	@missing=""; for p in $(DEBS) $(EXTRA_DEBS); do \
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q 'install ok installed' || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
@@ -34,6 +37,7 @@ run: build
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j$(JOBS)
 
+bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build
 	scripts/bench.sh $(BUILD)
 

@@ -12,6 +12,7 @@
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
 #include "CameraDebugWidget.h"
+#include "HexEditWidget.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
@@ -73,12 +74,11 @@ void MainWindow::InitWidget()
 
     connect(m_tabBar, SIGNAL(signalClicked(int)), this, SLOT(SltTabBarClicked(int)));
 
-    // pages not built yet hold a plain page, so every tab works
     m_serialPage = new SerialportWidget(this);
     m_cameraPage = new CameraDebugWidget(this);
     m_networkPage = new NetworkToolWidget(this);
     m_pidPage = new PidDebugWidget(this);
-    m_hexEditPage = new QtWidgetBase(this);
+    m_hexEditPage = new HexEditWidget(this);
     m_stackedWidget->addWidget(m_serialPage);
     m_stackedWidget->addWidget(m_cameraPage);
     m_stackedWidget->addWidget(m_networkPage);

@@ -10,3 +10,8 @@ for exe in "$build"/bench/bench_*.d/bench_*; do
     QT_QPA_PLATFORM=offscreen "$exe"
 done
 [ $found -eq 1 ] || echo "no benchmarks built (libbenchmark-dev missing?)"
+# two desktop hex editors opening the file size bench_hexedit loads, for comparison
+if command -v Xvfb >/dev/null 2>&1 && command -v xdotool >/dev/null 2>&1; then
+    echo "== hex editors for comparison"
+    "$(dirname "$0")/bench_hexedit_compare.sh" 100
+fi

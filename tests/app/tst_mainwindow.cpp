@@ -1,7 +1,9 @@
+#include "HexEditWidget.h"
 #include "LarkTest.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 
+#include "QHexEdit.h"
 #include "QtCountLabel.h"
 #include "QtMessageTip.h"
 #include "QtStatusBar.h"
@@ -74,6 +76,21 @@ private slots:
         bar->setLabelCounts({"stale"});
         QTest::mouseClick(bar->clearButton(), Qt::LeftButton);
         QCOMPARE(shownCounts(), page(index)->getCounts());
+    }
+
+    void editorCountsReachTheStatusBarOnlyWhileItIsShown()
+    {
+        auto *editor = qobject_cast<HexEditWidget *>(page(4));
+        QTemporaryFile file;
+        QVERIFY(editor && file.open() && file.write("0123456789") == 10 && file.flush());
+        m_window->statusBar()->setLabelCounts({"serial"});
+        editor->loadFile(file.fileName());
+        QCOMPARE(shownCounts(), QStringList{"serial"});
+        QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(4), Qt::LeftButton);
+        QCOMPARE(shownCounts(), (QStringList{"Address: 0", "Size: 10"}));
+        editor->hexEdit()->setFocus();
+        QTest::keyClicks(editor->hexEdit(), "ab");
+        QCOMPARE(shownCounts(), (QStringList{"Address: 1", "Size: 10"}));
     }
 
     void skinChoiceIsKeptAcrossARestartAndCodecChoiceIsNot()
