@@ -282,6 +282,25 @@ private slots:
         QCOMPARE(edit->text(), shown);
     }
 
+    // the grids and the hue field are checked above; the other two pickers feed the
+    // read-out as well
+    void customGridAndBarFeedTheReadOut_data()
+    {
+        QTest::addColumn<bool>("bar");
+        QTest::newRow("custom grid") << false;
+        QTest::newRow("value bar") << true;
+    }
+    void customGridAndBarFeedTheReadOut()
+    {
+        QFETCH(bool, bar);
+        QWidget *picker = bar ? static_cast<QWidget *>(m_panel->panelBar()) : m_panel->customGrid();
+        m_panel->colorDisplay()->SltDisplayColor(QColor("#804040"));
+        QSignalSpy spy(picker, SIGNAL(colorChanged(QColor)));
+        QTest::mouseClick(picker, Qt::LeftButton, Qt::NoModifier, QPoint(picker->width() / 2, picker->height() - 2));
+        QVERIFY(!spy.isEmpty());
+        QCOMPARE(m_panel->colorDisplay()->color(), spy.last().at(0).value<QColor>());
+    }
+
     void addToCustomColours()
     {
         ColorGridDisplay *custom = m_panel->customGrid();
