@@ -48,6 +48,8 @@ void ColorDisplay::InitWidget()
         m_edtNumbers.append(edit);
     }
 
+    // the field beside it takes the spare height; the read-out keeps its own
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     QHBoxLayout *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(leftLayout);
