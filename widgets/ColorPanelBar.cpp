@@ -141,6 +141,8 @@ void ColorPanelBar::showEvent(QShowEvent *)
 
 void ColorPanelBar::drawBackground()
 {
+    if (size().isEmpty()) // nothing to paint on before the first layout
+        return;
     m_pixmapBg = QPixmap(size());
     m_pixmapBg.fill(Qt::transparent);
     QPainter painter(&m_pixmapBg);

@@ -80,6 +80,8 @@ void ColorPanelHSB::drawBackground()
 {
     const int w = width();
     const int h = height();
+    if (size().isEmpty()) // nothing to paint on before the first layout
+        return;
     m_pixmapBg = QPixmap(size());
     m_pixmapBg.fill(Qt::transparent);
     QPainter painter(&m_pixmapBg);
@@ -99,6 +101,14 @@ void ColorPanelHSB::drawBackground()
 void ColorPanelHSB::showEvent(QShowEvent *)
 {
     drawBackground();
+}
+
+// a layout may resize the field after it is shown; the picked colours must match
+// what is drawn
+void ColorPanelHSB::resizeEvent(QResizeEvent *)
+{
+    if (isVisible())
+        drawBackground();
 }
 
 void ColorPanelHSB::paintEvent(QPaintEvent *)

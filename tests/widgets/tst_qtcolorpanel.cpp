@@ -127,15 +127,23 @@ private slots:
     {
         QTest::addColumn<QPointF>("where"); // fractions of the field's size
         QTest::addColumn<QColor>("color");
-        QTest::newRow("top left: red") << QPointF(0, 0) << QColor(255, 0, 0);
-        QTest::newRow("top middle: cyan") << QPointF(0.5, 0) << QColor(0, 255, 255);
-        QTest::newRow("bottom: white") << QPointF(0.3, 1) << QColor(255, 255, 255);
+        QTest::addColumn<bool>("grown"); // the picture follows a resize after showing
+        QTest::newRow("top left: red") << QPointF(0, 0) << QColor(255, 0, 0) << false;
+        QTest::newRow("top middle: cyan") << QPointF(0.5, 0) << QColor(0, 255, 255) << false;
+        QTest::newRow("bottom: white") << QPointF(0.3, 1) << QColor(255, 255, 255) << false;
+        QTest::newRow("top middle of a grown field") << QPointF(0.5, 0) << QColor(0, 255, 255) << true;
     }
     void clickOnHueField()
     {
         QFETCH(QPointF, where);
         QFETCH(QColor, color);
+        QFETCH(bool, grown);
         ColorPanelHSB *field = m_panel->panelHSB();
+        if (grown) {
+            const int width = field->width();
+            m_panel->resize(m_panel->width() + 300, m_panel->height());
+            QTRY_VERIFY(field->width() > width);
+        }
         QSignalSpy spy(field, SIGNAL(colorChanged(QColor)));
         // (0, 0) would mean the centre to QTest
         const QPoint point(qMax(1, int(where.x() * (field->width() - 1))), int(where.y() * (field->height() - 1)));
