@@ -1,10 +1,13 @@
+#include "ColorDisplay.h"
 #include "ColorGridDisplay.h"
 #include "LarkTest.h"
 #include "QtColorPanel.h"
 #include "QtStyleDialog.h"
 #include "QtTabBar.h"
+#include "UiSkin.h"
 
 #include <QFontDialog>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -111,6 +114,21 @@ private slots:
         QCOMPARE((new QtStyleDialog)->exec(), int(QDialog::Rejected));
         QVERIFY(fontShown);
         QVERIFY(stillOpen);
+    }
+
+    // the skin's minimum heights must not let the layout squeeze the colour entry
+    void colourEntryKeepsItsHeightUnderTheSkin()
+    {
+        UiSkin::LoadStyleSheet(0);
+        QtStyleDialog dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        int entryHeight = 0;
+        for (QLineEdit *edit : panel(&dialog, 0)->colorDisplay()->findChildren<QLineEdit *>())
+            if (!edit->isReadOnly())
+                entryHeight = edit->height();
+        qApp->setStyleSheet(QString());
+        QCOMPARE(entryHeight, 26);
     }
 };
 
