@@ -6,6 +6,7 @@
 #include "QtMessageBox.h"
 #include "QtMessageTip.h"
 #include "QtStatusBar.h"
+#include "QtStyleDialog.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "QtUpdateDialog.h"
@@ -174,7 +175,9 @@ void MainWindow::SltActionTrigger(QAction *action)
     // dispatched by display text: the menu texts and these literals must agree
     const QString text = action->text();
     if (text == "接收区设置" || text == "发送区设置") {
-        // the colour and font dialog has no menu entry in this version
+        // no menu holds these entries in this version; the branch stays for such actions
+        QtStyleDialog *dialog = new QtStyleDialog(this, text);
+        dialog->exec();
     } else if (text == "深色") {
         MyApp::m_nSkinStyle = 0;
         UiSkin::LoadStyleSheet(MyApp::m_nSkinStyle);

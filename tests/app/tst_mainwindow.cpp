@@ -7,6 +7,7 @@
 #include "QtCountLabel.h"
 #include "QtMessageTip.h"
 #include "QtStatusBar.h"
+#include "QtStyleDialog.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "QtUpdateDialog.h"
@@ -153,6 +154,30 @@ private slots:
         });
         action("检查版本更新")->trigger();
         QVERIFY(isUpdateDialog);
+        QTRY_VERIFY(!opened); // closing deletes it
+    }
+
+    void styleEntriesOpenTheStyleDialog_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("receive view") << QString("接收区设置");
+        QTest::newRow("send box") << QString("发送区设置");
+    }
+
+    void styleEntriesOpenTheStyleDialog()
+    {
+        QFETCH(QString, text);
+        QPointer<QWidget> opened;
+        QString title;
+        LarkTest::onNextModal([&](QWidget *dialog) {
+            opened = dialog;
+            QtStyleDialog *style = qobject_cast<QtStyleDialog *>(dialog);
+            title = style && dialog->parentWidget() == m_window.get() ? style->title() : QString();
+            dialog->close();
+        });
+        QAction entry(text); // no menu holds these entries; the dispatch still knows them
+        m_window->SltActionTrigger(&entry);
+        QCOMPARE(title, text);
         QTRY_VERIFY(!opened); // closing deletes it
     }
 

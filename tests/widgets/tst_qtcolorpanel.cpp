@@ -1,0 +1,282 @@
+#include "ColorDisplay.h"
+#include "ColorGridDisplay.h"
+#include "ColorPanelBar.h"
+#include "ColorPanelHSB.h"
+#include "LarkTest.h"
+#include "QtColorPanel.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+class TstQtColorPanel : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<QtColorPanel> m_panel;
+
+    // the read-out's edits: the typed entry first, then the six numbers
+    static QList<QLineEdit *> displayEdits(ColorDisplay *display)
+    {
+        QList<QLineEdit *> edits = display->findChildren<QLineEdit *>();
+        std::stable_partition(edits.begin(), edits.end(), [](QLineEdit *e) { return !e->isReadOnly(); });
+        return edits;
+    }
+    static bool near(const QColor &a, const QColor &b, int tolerance)
+    {
+        return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
+            && qAbs(a.blue() - b.blue()) <= tolerance;
+    }
+    void click(const QString &button) const
+    {
+        for (QPushButton *b : m_panel->findChildren<QPushButton *>())
+            if (b->text() == button)
+                QTest::mouseClick(b, Qt::LeftButton);
+    }
+    static void clickCell(ColorGridDisplay *grid, int rows, int id)
+    {
+        QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, ColorGridDisplay::cellRect(grid->size(), rows, 8, id).center());
+    }
+
+private slots:
+    void init()
+    {
+        m_panel.reset(new QtColorPanel);
+        m_panel->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
+    }
+    void cleanup() { m_panel.reset(); }
+
+    void cellRectangles_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("first of 2x8") << QSize(250, 90) << 2 << 0 << QRect(0, 26, 28, 30);
+        QTest::newRow("last of 2x8") << QSize(250, 90) << 2 << 15 << QRect(217, 59, 28, 30);
+        QTest::newRow("last of 6x8") << QSize(250, 250) << 6 << 47 << QRect(217, 211, 28, 34);
+        QTest::newRow("second row of 6x8") << QSize(250, 250) << 6 << 9 << QRect(31, 63, 28, 34);
+    }
+    void cellRectangles()
+    {
+        QFETCH(QSize, size);
+        QFETCH(int, rows);
+        QFETCH(int, id);
+        QFETCH(QRect, rect);
+        QCOMPARE(ColorGridDisplay::cellRect(size, rows, 8, id), rect);
+    }
+
+    // a click picks the swatch under it into the read-out; the title strip and the
+    // gaps between cells pick nothing
+    void clickOnBaseGrid_data()
+    {
+        QTest::addColumn<int>("target"); // the cell aimed at; -1 for the point given
+        QTest::addColumn<QPoint>("point"); // x -1: the column right of cell 0
+        QTest::addColumn<int>("picked");
+        QTest::newRow("first cell") << 0 << QPoint() << 0;
+        QTest::newRow("second row") << 9 << QPoint() << 9;
+        QTest::newRow("last cell") << 47 << QPoint() << 47;
+        QTest::newRow("title strip") << -1 << QPoint(5, 10) << -1;
+        QTest::newRow("gap after the first cell") << -1 << QPoint(-1, 30) << -1;
+    }
+    void clickOnBaseGrid()
+    {
+        QFETCH(int, target);
+        QFETCH(QPoint, point);
+        QFETCH(int, picked);
+        ColorGridDisplay *grid = m_panel->baseGrid();
+        if (target >= 0)
+            point = ColorGridDisplay::cellRect(grid->size(), 6, 8, target).center();
+        else if (point.x() < 0)
+            point.setX(ColorGridDisplay::cellRect(grid->size(), 6, 8, 0).right() + 1);
+        QSignalSpy spy(grid, SIGNAL(colorChanged(QColor)));
+        QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, point);
+        QCOMPARE(spy.count(), picked < 0 ? 0 : 1);
+        QCOMPARE(grid->currentId(), qMax(picked, 0));
+        const QColor expected = picked < 0 ? QColor(Qt::white) : QColor(QtColorPanel::strBaseColors.at(picked));
+        QCOMPARE(m_panel->colorDisplay()->color(), expected);
+    }
+
+    void hueAndSaturationFromPoint_data()
+    {
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<int>("border");
+        QTest::addColumn<double>("hue");
+        QTest::addColumn<double>("saturation");
+        QTest::newRow("top left") << QPoint(0, 0) << 0 << 0.0 << 100.0;
+        QTest::newRow("bottom right") << QPoint(500, 350) << 0 << 360.0 << 0.0;
+        QTest::newRow("centre") << QPoint(250, 175) << 0 << 180.0 << 50.0;
+        QTest::newRow("outside, clamped") << QPoint(-20, 400) << 0 << 0.0 << 0.0;
+        QTest::newRow("inside a border, clamped") << QPoint(3, 3) << 10 << 0.0 << 100.0;
+        QTest::newRow("bordered centre") << QPoint(250, 175) << 10 << 180.0 << 50.0;
+    }
+    void hueAndSaturationFromPoint()
+    {
+        QFETCH(QPoint, point);
+        QFETCH(int, border);
+        QFETCH(double, hue);
+        QFETCH(double, saturation);
+        const QPoint p = ColorPanelHSB::clampPosition(point, QSize(500, 350), border);
+        QCOMPARE(ColorPanelHSB::hueAt(p.x(), 500, border), hue);
+        QCOMPARE(ColorPanelHSB::saturationAt(p.y(), 350, border), saturation);
+    }
+
+    // the field's colour comes from its own picture: pure hues at the top, white below
+    void clickOnHueField_data()
+    {
+        QTest::addColumn<QPointF>("where"); // fractions of the field's size
+        QTest::addColumn<QColor>("color");
+        QTest::addColumn<bool>("grown"); // the picture follows a resize after showing
+        QTest::newRow("top left: red") << QPointF(0, 0) << QColor(255, 0, 0) << false;
+        QTest::newRow("top middle: cyan") << QPointF(0.5, 0) << QColor(0, 255, 255) << false;
+        QTest::newRow("bottom: white") << QPointF(0.3, 1) << QColor(255, 255, 255) << false;
+        QTest::newRow("top middle of a grown field") << QPointF(0.5, 0) << QColor(0, 255, 255) << true;
+    }
+    void clickOnHueField()
+    {
+        QFETCH(QPointF, where);
+        QFETCH(QColor, color);
+        QFETCH(bool, grown);
+        ColorPanelHSB *field = m_panel->panelHSB();
+        if (grown) {
+            const int width = field->width();
+            m_panel->resize(m_panel->width() + 300, m_panel->height());
+            QTRY_VERIFY(field->width() > width);
+        }
+        // (0, 0) would mean the centre to QTest
+        const QPoint point(qMax(1, int(where.x() * (field->width() - 1))), int(where.y() * (field->height() - 1)));
+        QTest::mouseClick(field, Qt::LeftButton, Qt::NoModifier, point);
+        const QColor picked = m_panel->colorDisplay()->color();
+        QVERIFY2(near(picked, color, 8), qPrintable(picked.name()));
+        QCOMPARE(field->getCursorPos(), point);
+    }
+
+    // a bar of 200 pixels: handle 200 / 13 = 15 high, travel 200 - 15 - 2 * 2 - 2 * 2;
+    // the computation and a real click on the panel's bar at that height agree
+    void barFromPoint_data()
+    {
+        QTest::addColumn<int>("y");
+        QTest::addColumn<double>("percent");
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("above the travel") << 0 << 100.0 << QColor(255, 0, 0);
+        QTest::newRow("top of the travel") << 7 << 100.0 << QColor(254, 0, 0);
+        QTest::newRow("middle") << 95 << (1 - 88.0 / 177) * 100 << QColor(127, 0, 0);
+        QTest::newRow("bottom of the travel") << 184 << 0.0 << QColor(0, 0, 0);
+        QTest::newRow("below the travel") << 199 << 0.0 << QColor(0, 0, 0);
+    }
+    void barFromPoint()
+    {
+        QFETCH(int, y);
+        QFETCH(double, percent);
+        QFETCH(QColor, color);
+        QCOMPARE(ColorPanelBar::travelOf(200, 15, 2, 2), 177);
+        QCOMPARE(ColorPanelBar::percentAt(y, 15, 177), percent);
+        // the colour's row: one under the top, never past the last row
+        QCOMPARE(ColorPanelBar::colorRow(percent, 200), qMin(int(200 - percent * 2 + 1), 199));
+
+        ColorPanelBar *bar = m_panel->panelBar();
+        bar->setFixedHeight(200);
+        QTRY_COMPARE(bar->getTravel(), 177);
+        QSignalSpy spy(bar, SIGNAL(colorChanged(QColor)));
+        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(bar->width() / 2, y));
+        QCOMPARE(spy.count(), 2); // press and release both pick
+        QCOMPARE(bar->getPercent(), percent);
+        QCOMPARE(bar->getValue(), percent * 3.6);
+        QVERIFY2(near(m_panel->colorDisplay()->color(), color, 3), qPrintable(bar->getColor().name()));
+    }
+
+    void barValueAndPercent_data()
+    {
+        QTest::addColumn<double>("minimum");
+        QTest::addColumn<bool>("byValue");
+        QTest::addColumn<double>("input");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("percent");
+        QTest::newRow("value in range") << 0.0 << true << 180.0 << 180.0 << 50.0;
+        QTest::newRow("value above range ignored") << 0.0 << true << 400.0 << 360.0 << 100.0;
+        // percent is taken of the span, not of the distance from the minimum
+        QTest::newRow("value with a minimum") << 100.0 << true << 130.0 << 130.0 << 50.0;
+        QTest::newRow("percent with a minimum") << 100.0 << false << 50.0 << 130.0 << 50.0;
+    }
+    void barValueAndPercent()
+    {
+        QFETCH(double, minimum);
+        QFETCH(bool, byValue);
+        QFETCH(double, input);
+        ColorPanelBar bar;
+        bar.setMinValue(minimum);
+        byValue ? bar.setValue(input) : bar.setPercent(input);
+        QTEST(bar.getValue(), "value");
+        QTEST(bar.getPercent(), "percent");
+    }
+
+    // a typed entry applies when it names a colour and leaves the old one otherwise;
+    // the six numbers are HSL hue, saturation, lightness, then red, green, blue
+    void typedEntry_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QStringList>("numbers");
+        const QStringList old{"0", "85", "96", "128", "64", "64"}; // #804040
+        QTest::newRow("red") << "#ff0000" << "#FF0000" << QStringList{"0", "255", "128", "255", "0", "0"};
+        QTest::newRow("white has no hue") << "#FFFFFF" << "#FFFFFF" << QStringList{"-1", "0", "255", "255", "255", "255"};
+        QTest::newRow("lower case") << "#12ab34" << "#12AB34" << QStringList{"133", "206", "94", "18", "171", "52"};
+        QTest::newRow("short form") << "#0f0" << "#00FF00" << QStringList{"120", "255", "128", "0", "255", "0"};
+        QTest::newRow("nonsense") << "nonsense" << "nonsense" << old;
+        QTest::newRow("five digits") << "#12ab3" << "#12ab3" << old;
+    }
+    void typedEntry()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(QStringList, numbers);
+        ColorDisplay *display = m_panel->colorDisplay();
+        display->SltDisplayColor(QColor("#804040"));
+        const QList<QLineEdit *> edits = displayEdits(display);
+        edits[0]->setFocus();
+        QTest::keyClick(edits[0], Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(edits[0], Qt::Key_Delete);
+        QTest::keyClicks(edits[0], typed);
+        QTest::keyClick(edits[0], Qt::Key_Return);
+        QCOMPARE(edits[0]->text(), shown);
+        QStringList shownNumbers;
+        for (int i = 1; i < edits.size(); ++i)
+            shownNumbers << edits[i]->text();
+        QCOMPARE(shownNumbers, numbers);
+        QCOMPARE(display->color().name().toUpper(), QColor(shown).isValid() ? shown : QString("#804040"));
+    }
+
+    void addToCustomColours()
+    {
+        ColorGridDisplay *custom = m_panel->customGrid();
+        // picking the custom cell shows its white, so the base colour comes second
+        m_panel->colorDisplay()->SltDisplayColor(QColor("#804040"));
+        clickCell(custom, 2, 3);
+        QCOMPARE(m_panel->colorDisplay()->color(), QColor(Qt::white));
+        clickCell(m_panel->baseGrid(), 6, 8);
+        click("添加到自定义颜色(&A)");
+        QCOMPARE(custom->gridColor(3), QColor("#ff0000"));
+        QCOMPARE(custom->gridColor(2), QColor(Qt::white));
+    }
+
+    // both buttons confirm, with the colour the read-out shows
+    void bothButtonsConfirm_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("confirm") << "确认";
+        QTest::newRow("cancel") << "取消";
+    }
+    void bothButtonsConfirm()
+    {
+        QFETCH(QString, text);
+        clickCell(m_panel->baseGrid(), 6, 13);
+        QSignalSpy spy(m_panel.get(), SIGNAL(signalClicke(int,QColor)));
+        click(text);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toInt(), 1);
+        QCOMPARE(spy.at(0).at(1).value<QColor>(), QColor("#0080c0"));
+    }
+};
+
+LARK_TEST_MAIN(TstQtColorPanel)
+#include "tst_qtcolorpanel.moc"

@@ -1,0 +1,113 @@
+#include "ColorDisplay.h"
+#include "ColorGridDisplay.h"
+#include "LarkTest.h"
+#include "QtColorPanel.h"
+#include "QtStyleDialog.h"
+#include "QtTabBar.h"
+#include "UiSkin.h"
+
+#include <QFontDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+QStringList s_debugLines;
+QtMessageHandler s_previousHandler = nullptr;
+// keeps the debug lines, lets everything else through
+void catchDebug(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtDebugMsg)
+        s_debugLines << message;
+    else
+        s_previousHandler(type, context, message);
+}
+} // namespace
+
+class TstQtStyleDialog : public QObject
+{
+    Q_OBJECT
+
+    static QtColorPanel *panel(QWidget *dialog, int index)
+    {
+        return qobject_cast<QtColorPanel *>(dialog->findChild<QStackedWidget *>()->widget(index));
+    }
+    static void click(QWidget *parent, const QString &text)
+    {
+        for (QAbstractButton *b : parent->findChildren<QAbstractButton *>())
+            if (b->text() == text)
+                return QTest::mouseClick(b, Qt::LeftButton);
+        QFAIL(qPrintable("no button " + text));
+    }
+    // picks swatch id of a panel's base grid, as a user would
+    static void pickBaseColor(QtColorPanel *panel, int id)
+    {
+        ColorGridDisplay *grid = panel->baseGrid();
+        QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, ColorGridDisplay::cellRect(grid->size(), 6, 8, id).center());
+    }
+
+private slots:
+    // the dialog always runs under a skin, whose minimum heights once squeezed its parts
+    void initTestCase() { UiSkin::LoadStyleSheet(0); }
+    void init()
+    {
+        s_debugLines.clear();
+        s_previousHandler = qInstallMessageHandler(catchDebug);
+    }
+    void cleanup() { qInstallMessageHandler(s_previousHandler); }
+
+    // both buttons of the background tab accept; the choice is only logged
+    void backgroundButtonsAcceptAndLog_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("confirm") << "确认";
+        QTest::newRow("cancel") << "取消";
+    }
+    void backgroundButtonsAcceptAndLog()
+    {
+        QFETCH(QString, button);
+        int entryHeight = 0;
+        LarkTest::onNextModal([&](QWidget *dialog) {
+            for (QLineEdit *edit : panel(dialog, 0)->colorDisplay()->findChildren<QLineEdit *>())
+                entryHeight = edit->isReadOnly() ? entryHeight : edit->height();
+            pickBaseColor(panel(dialog, 0), 9);
+            click(panel(dialog, 0), button);
+        });
+        QCOMPARE((new QtStyleDialog)->exec(), int(QDialog::Accepted));
+        QCOMPARE(s_debugLines, QStringList("accpet SltBackGroundChanged \"#ffff00\""));
+        QCOMPARE(entryHeight, 26); // the colour entry is not squeezed
+    }
+
+    // the tabs switch the pages; the text colour page's buttons reach no one; Escape
+    // on the font page leaves it filled; the dialog stays open until its title bar
+    // closes it, unaccepted and unlogged
+    void otherTabsChangeNothing()
+    {
+        bool textPageShown = false, stillOpen = false, fontShown = false;
+        QPointer<QWidget> opened;
+        LarkTest::onNextModal([&](QWidget *dialog) {
+            opened = dialog;
+            QStackedWidget *stack = dialog->findChild<QStackedWidget *>();
+            click(dialog->findChild<QtTabBar *>(), "字体颜色设置");
+            textPageShown = stack->currentWidget() == panel(dialog, 1);
+            pickBaseColor(panel(dialog, 1), 9);
+            click(panel(dialog, 1), "确认");
+            click(panel(dialog, 1), "取消");
+            click(dialog->findChild<QtTabBar *>(), "字体设置");
+            QWidget *font = stack->currentWidget();
+            QTest::keyClick(font->focusWidget() ? font->focusWidget() : font, Qt::Key_Escape);
+            fontShown = qobject_cast<QFontDialog *>(font) && font->isVisible();
+            stillOpen = dialog->isVisible();
+            QTest::mouseClick(dialog->findChild<QToolButton *>("btnClose"), Qt::LeftButton);
+        });
+        QCOMPARE((new QtStyleDialog(nullptr, "发送区设置"))->exec(), int(QDialog::Rejected));
+        QVERIFY(textPageShown && fontShown && stillOpen);
+        QCOMPARE(s_debugLines, QStringList());
+        QTRY_VERIFY(!opened); // closing deletes it
+    }
+};
+
+LARK_TEST_MAIN(TstQtStyleDialog)
+#include "tst_qtstyledialog.moc"
