@@ -13,13 +13,6 @@ class TstQtColorPanel : public QObject
     Q_OBJECT
     std::unique_ptr<QtColorPanel> m_panel;
 
-    // the read-out's edits: the typed entry first, then the six numbers
-    static QList<QLineEdit *> displayEdits(ColorDisplay *display)
-    {
-        QList<QLineEdit *> edits = display->findChildren<QLineEdit *>();
-        std::stable_partition(edits.begin(), edits.end(), [](QLineEdit *e) { return !e->isReadOnly(); });
-        return edits;
-    }
     static bool near(const QColor &a, const QColor &b, int tolerance)
     {
         return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
@@ -202,7 +195,9 @@ private slots:
         QFETCH(QStringList, numbers);
         ColorDisplay *display = m_panel->colorDisplay();
         display->SltDisplayColor(QColor("#804040"));
-        const QList<QLineEdit *> edits = displayEdits(display);
+        // the read-out's edits: the typed entry first, then the six numbers
+        QList<QLineEdit *> edits = display->findChildren<QLineEdit *>();
+        std::stable_partition(edits.begin(), edits.end(), [](QLineEdit *e) { return !e->isReadOnly(); });
         edits[0]->clear();
         QTest::keyClicks(edits[0], typed);
         QTest::keyClick(edits[0], Qt::Key_Return);
