@@ -37,9 +37,10 @@ private slots:
     void init()
     {
         s_debugLines.clear();
-        s_previousHandler = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &c, const QString &m) {
-            type == QtDebugMsg ? void(s_debugLines << m) : s_previousHandler(type, c, m);
-        });
+        s_previousHandler = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext &c, const QString &m) {
+                type == QtDebugMsg ? void(s_debugLines << m) : s_previousHandler(type, c, m);
+            });
     }
     void cleanup() { qInstallMessageHandler(s_previousHandler); }
 
