@@ -1,9 +1,11 @@
 #include "LarkTest.h"
 
+#include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QTest>
 #include <QTimer>
 #include <memory>
 
@@ -74,6 +76,14 @@ void answerNextFileDialog(const QString &path, const QString &filter)
         if (dialog->isVisible())
             dialog->reject();
     });
+}
+
+void click(QWidget *parent, const QString &key)
+{
+    for (QAbstractButton *b : parent->findChildren<QAbstractButton *>())
+        if (b->text() == key || b->objectName() == key)
+            return QTest::mouseClick(b, Qt::LeftButton);
+    QTest::qFail(qPrintable("no button " + key), __FILE__, __LINE__);
 }
 
 } // namespace LarkTest

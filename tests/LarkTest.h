@@ -31,6 +31,10 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 // and the name filter, if given, as a user would: typed into the name field, then
 // accepted; a dialog that never takes the answer is rejected, so the test fails.
 void answerNextFileDialog(const QString &path, const QString &filter = QString());
+
+// Clicks the first button under parent whose text or object name is key; fails the
+// test when there is none.
+void click(QWidget *parent, const QString &key);
 } // namespace LarkTest
 
 // main() of a test class that drives widgets

@@ -8,23 +8,13 @@
 
 #include <QFontDialog>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QtTest>
 
-namespace {
-QStringList s_debugLines;
-QtMessageHandler s_previousHandler = nullptr;
-// keeps the debug lines, lets everything else through
-void catchDebug(QtMsgType type, const QMessageLogContext &context, const QString &message)
-{
-    if (type == QtDebugMsg)
-        s_debugLines << message;
-    else
-        s_previousHandler(type, context, message);
-}
-} // namespace
+// the debug lines the dialog logs; everything else goes through
+static QStringList s_debugLines;
+static QtMessageHandler s_previousHandler = nullptr;
 
 class TstQtStyleDialog : public QObject
 {
@@ -33,13 +23,6 @@ class TstQtStyleDialog : public QObject
     static QtColorPanel *panel(QWidget *dialog, int index)
     {
         return qobject_cast<QtColorPanel *>(dialog->findChild<QStackedWidget *>()->widget(index));
-    }
-    static void click(QWidget *parent, const QString &text)
-    {
-        for (QAbstractButton *b : parent->findChildren<QAbstractButton *>())
-            if (b->text() == text)
-                return QTest::mouseClick(b, Qt::LeftButton);
-        QFAIL(qPrintable("no button " + text));
     }
     // picks swatch id of a panel's base grid, as a user would
     static void pickBaseColor(QtColorPanel *panel, int id)
@@ -54,7 +37,10 @@ private slots:
     void init()
     {
         s_debugLines.clear();
-        s_previousHandler = qInstallMessageHandler(catchDebug);
+        s_previousHandler = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext &c, const QString &m) {
+                type == QtDebugMsg ? void(s_debugLines << m) : s_previousHandler(type, c, m);
+            });
     }
     void cleanup() { qInstallMessageHandler(s_previousHandler); }
 
@@ -73,7 +59,7 @@ private slots:
             for (QLineEdit *edit : panel(dialog, 0)->colorDisplay()->findChildren<QLineEdit *>())
                 entryHeight = edit->isReadOnly() ? entryHeight : edit->height();
             pickBaseColor(panel(dialog, 0), 9);
-            click(panel(dialog, 0), button);
+            LarkTest::click(panel(dialog, 0), button);
         });
         QCOMPARE((new QtStyleDialog)->exec(), int(QDialog::Accepted));
         QCOMPARE(s_debugLines, QStringList("accpet SltBackGroundChanged \"#ffff00\""));
@@ -90,12 +76,12 @@ private slots:
         LarkTest::onNextModal([&](QWidget *dialog) {
             opened = dialog;
             QStackedWidget *stack = dialog->findChild<QStackedWidget *>();
-            click(dialog->findChild<QtTabBar *>(), "字体颜色设置");
+            LarkTest::click(dialog->findChild<QtTabBar *>(), "字体颜色设置");
             textPageShown = stack->currentWidget() == panel(dialog, 1);
             pickBaseColor(panel(dialog, 1), 9);
-            click(panel(dialog, 1), "确认");
-            click(panel(dialog, 1), "取消");
-            click(dialog->findChild<QtTabBar *>(), "字体设置");
+            LarkTest::click(panel(dialog, 1), "确认");
+            LarkTest::click(panel(dialog, 1), "取消");
+            LarkTest::click(dialog->findChild<QtTabBar *>(), "字体设置");
             QWidget *font = stack->currentWidget();
             QTest::keyClick(font->focusWidget() ? font->focusWidget() : font, Qt::Key_Escape);
             fontShown = qobject_cast<QFontDialog *>(font) && font->isVisible();

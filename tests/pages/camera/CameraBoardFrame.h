@@ -1,8 +1,9 @@
 #ifndef CAMERABOARDFRAME_H
 #define CAMERABOARDFRAME_H
 
+#include <QBuffer>
 #include <QByteArray>
-#include <QtEndian>
+#include <QImage>
 
 // CRC-16/MODBUS bit by bit, written apart from the program's table routine
 inline quint16 modbusCrc(const QByteArray &data)
@@ -46,6 +47,18 @@ inline QByteArray greyPixels(int n)
     for (int k = 0; k < n; ++k)
         out += le16(quint16((k + 1) * 0x0841));
     return out;
+}
+
+// a JPEG of one colour
+inline QByteArray jpegOf(QColor colour, int w, int h)
+{
+    QImage image(w, h, QImage::Format_RGB888);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPG", 95);
+    return bytes;
 }
 
 #endif // CAMERABOARDFRAME_H

@@ -37,15 +37,7 @@ class TstImageFormatConfig : public QObject
     {
         return join((to - from) / step + 1, [&](int i) { return edit(from + i * step)->text(); });
     }
-    // by object name or text
-    static void click(QWidget *in, const QString &key)
-    {
-        for (QAbstractButton *b : in->findChildren<QAbstractButton *>())
-            if (b->objectName() == key || b->text() == key)
-                return QTest::mouseClick(b, Qt::LeftButton);
-        QFAIL(qPrintable("no button " + key));
-    }
-    void click(const QString &key) { click(m_cfg, key); }
+    void click(const QString &key) { LarkTest::click(m_cfg, key); }
     void type(int e, const QString &text) { QTest::keyClicks(edit(e), text); }
     // the page shown afresh: through the last page and back from the first
     void showPage(int page)
@@ -61,7 +53,7 @@ class TstImageFormatConfig : public QObject
         for (QWidget *w : QApplication::topLevelWidgets())
             if (auto *m = qobject_cast<DataManagerWidget *>(w)) {
                 if (tab == 1)
-                    click(m, "    读管理    ");
+                    LarkTest::click(m, "    读管理    ");
                 return m;
             }
         return nullptr;
@@ -235,11 +227,11 @@ private slots:
         DataManagerWidget *manager = openManager(tab);
         QFETCH(bool, clear);
         if (clear)
-            click(manager, "清空");
+            LarkTest::click(manager, "清空");
         for (int r = 0; r < rows.size(); ++r)
             for (int c = 0; c < 4; ++c)
                 manager->dataModel()->setData(manager->dataModel()->index(r, c), rows[r].split('|')[c]);
-        click(manager, "确定");
+        LarkTest::click(manager, "确定");
         QVERIFY(!manager->isVisible());
         QTEST(tab == 0 ? fields(0, 5) : fields(16, 21), "fields");
         QTEST(tableRow(openManager(tab), 0), "firstRow");
