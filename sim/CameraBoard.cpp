@@ -22,6 +22,8 @@ const uchar s_bars[8][3] = {
     {255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
     {255, 0, 255}, {255, 0, 0}, {0, 0, 255}, {0, 0, 0},
 };
+// shortest pause between an image and its last byte
+constexpr int TailGapMs = 2;
 // read answer status for an address the map does not hold
 constexpr char NoSuchRegister = 2;
 }
@@ -31,11 +33,14 @@ CameraBoard::CameraBoard(SimEndpoint *endpoint, const Options &options, QObject 
     , m_endpoint(endpoint)
     , m_opt(options)
     , m_timer(new QTimer(this))
+    , m_tailTimer(new QTimer(this))
 {
     for (const auto &r : s_defaultRegs)
         m_regs.insert(r[0], r[1]);
     m_timer->setTimerType(Qt::PreciseTimer);
     m_timer->setSingleShot(true);
+    m_tailTimer->setSingleShot(true);
+    connect(m_tailTimer, SIGNAL(timeout()), this, SLOT(sendTail()));
     connect(m_timer, SIGNAL(timeout()), this, SLOT(tick()));
     connect(m_endpoint, SIGNAL(received(QByteArray)), this, SLOT(received(QByteArray)));
     connect(m_endpoint, SIGNAL(peerChanged(bool)), this, SLOT(peerChanged(bool)));
@@ -164,19 +169,53 @@ void CameraBoard::start()
 void CameraBoard::peerChanged(bool present)
 {
     m_heldByte.clear();
+    m_control.clear();
     if (present && m_opt.format != Jpeg)
         send(formatFrame(), false);
 }
 
-void CameraBoard::send(const QByteArray &frame, bool holdLastByte)
+void CameraBoard::send(const QByteArray &frame, bool image)
 {
+    if (!image && !m_heldByte.isEmpty()) {
+        // an image is on its way: a short frame right behind it could share the
+        // page's chunk with the whole image, and be lost with the next head
+        m_control += frame;
+        return;
+    }
     QByteArray out = m_heldByte + frame;
     m_heldByte.clear();
-    if (holdLastByte) {
+    if (image) {
         m_heldByte = out.right(1);
         out.chop(1);
+        m_tailTimer->start(tailGapMs());
     }
     m_endpoint->write(out);
+}
+
+int CameraBoard::tailGapMs() const
+{
+    // a quarter of the frame time: long enough for a busy page to read in between,
+    // short enough to leave the short frames their slot before the next image
+    return qBound(TailGapMs, int(250 / qMax(1.0, m_opt.fps)), 20);
+}
+
+void CameraBoard::sendTail()
+{
+    // once the rest has left, so that the last byte travels in a chunk of its own;
+    // short frames that waited for the image follow after another gap
+    if (m_endpoint->pending() > 0) {
+        m_tailTimer->start(TailGapMs);
+        return;
+    }
+    if (!m_heldByte.isEmpty()) {
+        m_endpoint->write(m_heldByte);
+        m_heldByte.clear();
+        if (!m_control.isEmpty())
+            m_tailTimer->start(tailGapMs());
+        return;
+    }
+    m_endpoint->write(m_control);
+    m_control.clear();
 }
 
 void CameraBoard::tick()
@@ -188,7 +227,7 @@ void CameraBoard::tick()
         m_ticks = due;
         // a peer that has not taken the last two frames gets no third one
         const qint64 frameBytes = qint64(m_opt.width) * m_opt.height * 2;
-        if (!m_endpoint->hasPeer() || m_endpoint->pending() > 2 * frameBytes) {
+        if (!m_endpoint->hasPeer() || m_endpoint->pending() > 2 * frameBytes || !m_control.isEmpty()) {
             ++m_skipped;
         } else {
             send(imageFrame(int(m_sent)), m_opt.format != Jpeg);

@@ -15,9 +15,10 @@ class SimEndpoint;
 //
 // The page takes an image frame only when a later chunk arrives, and drops whatever
 // it holds when a chunk begins with a head. So each image goes out without its last
-// byte, and that byte leads the next write: whatever way the link cuts the stream
-// into chunks, the chunk that completes a frame never begins with a head and a new
-// head never lands on a frame that is still waiting to be taken.
+// byte, which follows alone once the rest has left: the page's chunk that completes
+// the frame does not begin with a head. Every frame after it begins a write of its
+// own, so a page that fell behind and merged chunks is back in step at the next head
+// instead of drawing one frame late for good.
 class CameraBoard : public QObject
 {
     Q_OBJECT
@@ -57,9 +58,11 @@ private slots:
     void received(const QByteArray &data);
     void peerChanged(bool present);
     void report();
+    void sendTail();
 
 private:
-    void send(const QByteArray &frame, bool holdLastByte);
+    void send(const QByteArray &frame, bool image);
+    int tailGapMs() const;
     void handleFrame(const QByteArray &frame);
     QByteArray rgbImage(int n, int stride) const;
 
@@ -67,8 +70,10 @@ private:
     Options m_opt;
     QMap<unsigned, unsigned> m_regs;
     QByteArray m_heldByte;
+    QByteArray m_control; // short frames waiting for an image to pass
     QByteArray m_inBuffer;
     QTimer *m_timer;
+    QTimer *m_tailTimer;
     QElapsedTimer m_clock;
     quint64 m_sent = 0;
     quint64 m_skipped = 0;
