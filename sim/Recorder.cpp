@@ -103,8 +103,6 @@ void Recorder::playNext()
     if (m_next == m_play.size()) {
         SimLog::line("replay done");
         ++m_next;
-        // a pty hands the last bytes over only while its master is open: give the
-        // page a moment to read them before the pair goes away
-        QTimer::singleShot(m_endpoint->ptyName().isEmpty() ? 0 : 1000, qApp, SLOT(quit()));
+        QTimer::singleShot(m_endpoint->lingerMs(), qApp, SLOT(quit()));
     }
 }

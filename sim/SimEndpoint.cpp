@@ -166,10 +166,26 @@ void SimEndpoint::close()
     }
     if (m_server)
         m_server->close();
-    for (QTcpSocket *c : qAsConst(m_clients))
-        c->abort();
-    if (m_socket)
-        m_socket->abort();
+    // a graceful close: what the peer has not read yet still reaches it
+    for (QTcpSocket *c : qAsConst(m_clients)) {
+        c->disconnectFromHost();
+        if (c->state() != QAbstractSocket::UnconnectedState)
+            c->waitForDisconnected(1000);
+    }
+    m_clients.clear();
+    if (m_socket) {
+        m_socket->disconnect(this);
+        m_socket->disconnectFromHost();
+        if (m_socket->state() != QAbstractSocket::UnconnectedState)
+            m_socket->waitForDisconnected(1000);
+    }
+}
+
+int SimEndpoint::lingerMs() const
+{
+    // a pty hands the last bytes over only while its master is open: the page gets
+    // a moment to read them before the pair goes away
+    return m_config.kind == Pty ? 1000 : 0;
 }
 
 QString SimEndpoint::description() const

@@ -49,6 +49,8 @@ public:
     // "/dev/pts/N" of a pty, the port actually listened on, ...
     QString ptyName() const { return m_ptyName; }
     quint16 localPort() const;
+    // how long to wait, after the last write, before ending the program
+    int lingerMs() const;
 
 signals:
     void received(const QByteArray &data);

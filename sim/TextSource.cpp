@@ -76,7 +76,7 @@ void TextSource::tick()
     m_endpoint->write(out);
     if (m_opt.count >= 0 && m_items >= m_opt.count && m_endpoint->pending() == 0) {
         m_timer->stop();
-        QCoreApplication::quit();
+        QTimer::singleShot(m_endpoint->lingerMs(), qApp, SLOT(quit()));
     }
 }
 
