@@ -79,6 +79,14 @@ bool CameraBoard::loadRegisters(const QString &path, QString *error)
     return true;
 }
 
+// where the red square of frame n stands, and its side
+static void squareOf(int n, int width, int height, int &sx, int &sy, int &side)
+{
+    side = qMax(4, height / 8);
+    sx = (3 * n) % qMax(1, width - side);
+    sy = height / 2 + (height / 2 - side) / 2;
+}
+
 void CameraBoard::patternPixel(int x, int y, int n, int width, int height, uchar rgb[3])
 {
     if (y < height / 2) {
@@ -87,15 +95,14 @@ void CameraBoard::patternPixel(int x, int y, int n, int width, int height, uchar
         return;
     }
     // lower half: a grey ramp scrolling left, and a red square that travels across
-    const int shift = (x + 4 * n) % qMax(1, width);
-    const uchar grey = uchar(shift * 255 / qMax(1, width - 1));
-    const int side = qMax(4, height / 8);
-    const int sx = (3 * n) % qMax(1, width - side);
-    const int sy = height / 2 + (height / 2 - side) / 2;
-    if (x >= sx && x < sx + side && y >= sy && y < sy + side)
+    int sx, sy, side;
+    squareOf(n, width, height, sx, sy, side);
+    if (x >= sx && x < sx + side && y >= sy && y < sy + side) {
         rgb[0] = 255, rgb[1] = 0, rgb[2] = 0;
-    else
-        rgb[0] = rgb[1] = rgb[2] = grey;
+        return;
+    }
+    const int shift = (x + 4 * n) % qMax(1, width);
+    rgb[0] = rgb[1] = rgb[2] = uchar(shift * 255 / qMax(1, width - 1));
 }
 
 QByteArray CameraBoard::rgbImage(int n, int stride) const
@@ -130,18 +137,28 @@ QByteArray CameraBoard::imageFrame(int n) const
     }
     // RGB565, low byte first, laid out for the page's drawing: target (x, y) is taken
     // from source pixel (y + 1) * width + width - x, so the first row is never shown
-    // and each row runs right to left
-    QByteArray payload(((h + 1) * w + 1) * 2, 0);
-    uchar *p = reinterpret_cast<uchar *>(payload.data());
+    // and each row runs right to left. Rows of the pattern come in three kinds (bars,
+    // ramp, ramp with the square): each is made once and copied.
+    int sx, sy, side;
+    squareOf(n, w, h, sx, sy, side);
+    const int kinds[3] = {0, h / 2, sy};
+    QByteArray rows[3];
     uchar rgb[3];
-    for (int y = 0; y < h; ++y) {
+    for (int r = 0; r < 3; ++r) {
+        rows[r] = QByteArray(2 * w, 0);
+        uchar *p = reinterpret_cast<uchar *>(rows[r].data());
         for (int x = 0; x < w; ++x) {
-            patternPixel(x, y, n, w, h, rgb);
+            patternPixel(x, kinds[r], n, w, h, rgb);
             const unsigned v = unsigned(rgb[0] >> 3) << 11 | unsigned(rgb[1] >> 2) << 5 | unsigned(rgb[2] >> 3);
-            uchar *at = p + 2 * ((y + 1) * w + w - x);
+            uchar *at = p + 2 * (w - 1 - x);
             at[0] = uchar(v & 0xFF);
             at[1] = uchar(v >> 8);
         }
+    }
+    QByteArray payload(((h + 1) * w + 1) * 2, 0);
+    for (int y = 0; y < h; ++y) {
+        const int r = y < h / 2 ? 0 : (y >= sy && y < sy + side) ? 2 : 1;
+        memcpy(payload.data() + 2 * ((y + 1) * w + 1), rows[r].constData(), size_t(2 * w));
     }
     return CameraFrame::build(CameraFrame::CMD_IMAGE_DATA, uchar(m_opt.device), payload);
 }
@@ -224,6 +241,8 @@ void CameraBoard::tick()
     const double periodNs = 1e9 / m_opt.fps;
     const quint64 due = quint64(nowNs / periodNs) + 1;
     if (due > m_ticks) {
+        // ticks that came too late for their frame are frames skipped as well
+        m_skipped += due - m_ticks - 1;
         m_ticks = due;
         // a peer that has not taken the last two frames gets no third one
         const qint64 frameBytes = qint64(m_opt.width) * m_opt.height * 2;
@@ -307,7 +326,7 @@ void CameraBoard::handleFrame(const QByteArray &frame)
 
 void CameraBoard::report()
 {
-    if (!m_opt.verbose && (m_repliesOk || m_repliesBad))
+    if (!m_opt.verbose && (m_repliesOk || m_repliesBad || m_sent))
         SimLog::line(QString("frames sent %1, skipped %2; replies ok %3, failed %4")
                          .arg(m_sent).arg(m_skipped).arg(m_repliesOk).arg(m_repliesBad));
     m_repliesOk = m_repliesBad = 0;
