@@ -6,6 +6,7 @@
 #include "SimProcess.h"
 #include "TcpServer.h"
 
+#include <QTextCodec>
 #include <QtNetwork>
 #include <QtTest>
 #include <QtWidgets>
@@ -109,6 +110,30 @@ private slots:
         QVERIFY(sim.stop());
         // the link it made is gone with it
         QVERIFY(!QFileInfo::exists("/dev/" + tty) || link != "pty");
+    }
+
+    // the register table as the page exports it (GB18030, header line) is the
+    // board's map: a register of the file reads back, one it lacks answers status 2
+    void registerTableFile()
+    {
+        QTemporaryDir dir;
+        QFile table(dir.filePath("regs.csv"));
+        QVERIFY(table.open(QIODevice::WriteOnly));
+        table.write(QTextCodec::codecForName("GB18030")->fromUnicode("寄存器编号,寄存器地址,寄存器值,描述,\n1,30,5A,曝光,\n,,,,\n"));
+        table.close();
+        CameraDebugWidget page;
+        child<QLineEdit>(&page, "edtPort")->setText("0");
+        child<QPushButton>(&page, "btnOpen")->click();
+        SimProcess sim;
+        QVERIFY(sim.start({"camera", "--fps", "0", "--regs", table.fileName(), "--tcp-client",
+                           QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
+        QTRY_COMPARE(page.tcpServer()->counts(), 1);
+        field(page, 16)->setText("30");
+        child<QPushButton>(&page, "btnSendReg8")->click();
+        QTRY_COMPARE(field(page, 17)->text(), QString("5A"));
+        field(page, 16)->setText("12"); // in the default map, not in the file
+        child<QPushButton>(&page, "btnSendReg8")->click();
+        QVERIFY(!sim.waitFor("read register 0x12 (row 1): no such register").isNull());
     }
 
     void jpegStream()
