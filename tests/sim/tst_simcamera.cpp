@@ -109,7 +109,7 @@ private slots:
         child<QPushButton>(&page, "btnOpen")->click();
         QVERIFY(sim.stop());
         // the link it made is gone with it
-        QVERIFY(!QFileInfo::exists("/dev/" + tty) || link != "pty");
+        QVERIFY(!QFileInfo("/dev/" + tty).isSymLink());
     }
 
     // the register table as the page exports it (GB18030, header line) is the
