@@ -3,6 +3,7 @@
 //   larkdemo LARKSIM OUTDIR
 #include "CameraDebugWidget.h"
 #include "HexEditWidget.h"
+#include "ImageFormatConfig.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
@@ -75,6 +76,21 @@ void startCamera(CameraDebugWidget *page)
     child<QPushButton>(page, "btnOpen")->click();
     board({"camera", "--fps", "25", "--tcp-client", QString("127.0.0.1:%1").arg(page->tcpServer()->serverPort())},
           "larksim: ");
+}
+
+// the first two read rows ask the sensor's id registers; a write row shows a write
+void useRegisters(CameraDebugWidget *page)
+{
+    const QList<QPair<int, QString>> entries{{0, "12"}, {1, "80"}, {16, "0A"}, {18, "0B"}};
+    for (const auto &e : entries)
+        for (QLineEdit *w : page->formatConfig()->findChildren<QLineEdit *>())
+            if (w->property("id").isValid() && w->property("id").toInt() == e.first)
+                w->setText(e.second);
+    for (const char *b : {"btnSendReg0", "btnSendReg8", "btnSendReg9"}) {
+        if (auto *button = page->findChild<QPushButton *>(b))
+            button->click();
+        settle(150);
+    }
 }
 
 void startNetwork(NetworkToolWidget *page)
@@ -158,8 +174,11 @@ int main(int argc, char *argv[])
         startNetwork(qobject_cast<NetworkToolWidget *>(stack->widget(2)));
         startPid(qobject_cast<PidDebugWidget *>(stack->widget(3)));
         qobject_cast<HexEditWidget *>(stack->widget(4))->loadFile(g_sim);
-        settle(3000);
+        settle(2000);
+        useRegisters(qobject_cast<CameraDebugWidget *>(stack->widget(1)));
+        settle(1000);
         for (int i = 0; i < pages.size(); ++i) {
+            window.tabBar()->setCurrentIndex(i);
             window.SltTabBarClicked(i);
             settle(i == 3 ? 1500 : 700);
             const QString path = out.filePath(QString("demo-%1-%2.png").arg(skin == 0 ? "dark" : "white", pages[i]));
