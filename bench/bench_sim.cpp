@@ -38,8 +38,9 @@ QString startSim(QProcess &p, const QStringList &args, const QString &prefix)
     return QString();
 }
 
-// frames of the given command whole in buf; consumed bytes removed
-int countFrames(QByteArray &buf, int lengthSize, int minimum, int cmd)
+// whole frames of the given command in buf (both links share the head and the
+// length field at offset 5); consumed bytes are removed
+int countFrames(QByteArray &buf, int minimum, int cmd)
 {
     int n = 0, at = 0;
     for (;;) {
@@ -56,7 +57,6 @@ int countFrames(QByteArray &buf, int lengthSize, int minimum, int cmd)
         n += uchar(buf.at(head + 9)) == cmd;
         at = head + len;
     }
-    (void)lengthSize;
     buf.remove(0, at);
     return n;
 }
@@ -81,7 +81,7 @@ void BM_CameraSim640x480At60(benchmark::State &state)
         // the first second is warm-up
         while (t.elapsed() < 1000)
             if (page.waitForReadyRead(50))
-                buf += page.readAll(), countFrames(buf, 4, 12, CameraFrame::CMD_IMAGE_DATA);
+                buf += page.readAll(), countFrames(buf, 12, CameraFrame::CMD_IMAGE_DATA);
         t.restart();
         while (t.elapsed() < Seconds * 1000) {
             if (!page.waitForReadyRead(50))
@@ -89,7 +89,7 @@ void BM_CameraSim640x480At60(benchmark::State &state)
             const QByteArray chunk = page.readAll();
             bytes += chunk.size();
             buf += chunk;
-            frames += countFrames(buf, 4, 12, CameraFrame::CMD_IMAGE_DATA);
+            frames += countFrames(buf, 12, CameraFrame::CMD_IMAGE_DATA);
         }
         const double secs = t.elapsed() / 1000.0;
         state.counters["fps"] = frames / secs;
@@ -152,7 +152,7 @@ void BM_PidSim5ChannelsAt1kHz(benchmark::State &state)
             if (n <= 0)
                 break;
             buf.append(chunk, int(n));
-            samples += countFrames(buf, 4, 11, PidFrame::RecvActualValue);
+            samples += countFrames(buf, 11, PidFrame::RecvActualValue);
             if (counting && t.elapsed() >= Seconds * 1000)
                 break;
         }
