@@ -1,6 +1,8 @@
 # make run   : install what is missing, build, start the program (under Xvfb with a
 #              screenshot when there is no display)
 # make test  : install what is missing, build, run every test through ctest
+# make demo  : build, start every page against larksim (the board simulator) and
+#              save screenshots of each in both skins (under Xvfb without a display)
 # make bench : build and run the benchmarks (and, beside the editor page's, time
 #              Okteta and GHex opening the same file size)
 BUILD ?= build
@@ -14,7 +16,7 @@ DEBS = cmake g++ make pkg-config ccache \
 # only the benchmarks need these: two desktop hex editors timed for comparison
 BENCH_DEBS = okteta ghex xdotool
 
-.PHONY: all deps build run test bench clean
+.PHONY: all deps build run test bench demo clean
 
 all: build
 
@@ -40,6 +42,9 @@ test: build
 bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build
 	scripts/bench.sh $(BUILD)
+
+demo: build
+	scripts/demo.sh $(BUILD)
 
 clean:
 	rm -rf $(BUILD)

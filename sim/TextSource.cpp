@@ -1,0 +1,87 @@
+#include "TextSource.h"
+
+#include "SimEndpoint.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+#include <QTimer>
+
+namespace {
+const char *const s_lines[] = {
+    "temp=25.3 状态正常 <ok> 计数 %1",
+    "电机转速 1500 rpm, 电流 0.42 A, 第%1行",
+    "ADC: 1023 2047 3071 警告：电压偏低 #%1",
+    "[info] 传感器初始化完成 (id=%1)",
+};
+}
+
+TextSource::TextSource(SimEndpoint *endpoint, const Options &options, QObject *parent)
+    : QObject(parent)
+    , m_endpoint(endpoint)
+    , m_opt(options)
+    , m_codec(QTextCodec::codecForName(options.encoding))
+    , m_timer(new QTimer(this))
+{
+    m_timer->setTimerType(Qt::PreciseTimer);
+    connect(m_timer, SIGNAL(timeout()), this, SLOT(tick()));
+    connect(m_endpoint, SIGNAL(received(QByteArray)), this, SLOT(received(QByteArray)));
+}
+
+QByteArray TextSource::item(qint64 n) const
+{
+    switch (m_opt.kind) {
+    case Counter:
+        return QString("count=%1\r\n").arg(n).toLatin1();
+    case Binary: {
+        // 0xAA 0x55, the burst's number, then a ramp
+        QByteArray out(qMax(4, m_opt.burst), 0);
+        out[0] = char(0xAA), out[1] = char(0x55), out[2] = char(n >> 8), out[3] = char(n);
+        for (int i = 4; i < out.size(); ++i)
+            out[i] = char((n + i) & 0xFF);
+        return out;
+    }
+    case Lines:
+        break;
+    }
+    const QString line = QString::fromUtf8(s_lines[n % 4]).arg(n) + "\r\n";
+    return m_codec->fromUnicode(line);
+}
+
+void TextSource::start()
+{
+    m_clock.start();
+    if (m_opt.linesPerSecond > 0 || m_opt.bytesPerSecond > 0)
+        m_timer->start(5);
+}
+
+void TextSource::tick()
+{
+    if (!m_endpoint->hasPeer()) {
+        // the pace starts when a peer is there
+        m_clock.restart();
+        m_items = m_bytes = 0;
+        return;
+    }
+    const double seconds = m_clock.nsecsElapsed() / 1e9;
+    QByteArray out;
+    for (;;) {
+        if (m_opt.count >= 0 && m_items >= m_opt.count)
+            break;
+        if (m_opt.bytesPerSecond > 0 ? m_bytes + out.size() >= seconds * m_opt.bytesPerSecond
+                                     : m_items >= qint64(seconds * m_opt.linesPerSecond) + 1)
+            break;
+        out += item(m_items++);
+    }
+    m_bytes += out.size();
+    m_endpoint->write(out);
+    if (m_opt.count >= 0 && m_items >= m_opt.count && m_endpoint->pending() == 0) {
+        m_timer->stop();
+        QTimer::singleShot(m_endpoint->lingerMs(), qApp, SLOT(quit()));
+    }
+}
+
+void TextSource::received(const QByteArray &data)
+{
+    if (m_opt.echo)
+        m_endpoint->write(data);
+}

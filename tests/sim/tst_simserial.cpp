@@ -1,0 +1,127 @@
+#include "LarkTest.h"
+#include "MyApp.h"
+#include "NumberTool.h"
+#include "QextSerialPort.h"
+#include "QtTerminalWidget.h"
+#include "SerialportWidget.h"
+#include "SimProcess.h"
+
+#include <QtTest>
+#include <QtWidgets>
+
+// The serial page against larksim over a pty: GB18030 lines shown as text, and a
+// recording of a board's output replayed into the page shows the same text. Also
+// the simulator's own command line.
+class TstSimSerial : public QObject
+{
+    Q_OBJECT
+
+    // the page on the pty that sim prints
+    static bool open(SerialportWidget &page, SimProcess &sim)
+    {
+        const QString pty = sim.ptyName();
+        page.SltSerialportChanged({pty.mid(5)});
+        page.findChild<QPushButton *>("btnOpen")->click();
+        return pty.startsWith("/dev/") && page.serialport()->isOpen();
+    }
+    // the page's text with its line breaks as one: how many a "\r\n" makes depends
+    // on whether the pair arrives in one read
+    static QString shown(SerialportWidget &page)
+    {
+        return page.terminal()->toPlainText().replace(QRegularExpression("\n+"), "\n");
+    }
+    static QString lines(const QList<int> &numbers)
+    {
+        const QStringList texts{"temp=25.3 状态正常 <ok> 计数 %1", "电机转速 1500 rpm, 电流 0.42 A, 第%1行",
+                                "ADC: 1023 2047 3071 警告：电压偏低 #%1", "[info] 传感器初始化完成 (id=%1)"};
+        QStringList out;
+        for (int n : numbers)
+            out << texts[n % 4].arg(n);
+        return out.join('\n');
+    }
+
+private slots:
+    void init()
+    {
+        LarkTest::cleanAppDirs();
+        NumberTool::m_newLine.clear();
+        MyApp::m_nTextCodecIndex = 1; // GB18030
+    }
+
+    void gb18030Lines()
+    {
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--pty", "--encoding", "gb18030", "--lines-per-s", "40", "--count", "6"}));
+        SerialportWidget page;
+        QVERIFY(open(page, sim));
+        QTRY_VERIFY_WITH_TIMEOUT(shown(page).contains(lines({5})), 10000);
+        QVERIFY2(shown(page).contains(lines({0, 1, 2, 3, 4, 5})), qPrintable(shown(page)));
+    }
+
+    // a board's output recorded off TCP, then replayed into the page
+    void recordingReplayed()
+    {
+        QTemporaryDir dir;
+        const QString file = dir.filePath("board.rec");
+        SimProcess board, recorder;
+        QVERIFY(board.start({"text", "--tcp-server", "0", "--lines-per-s", "50", "--count", "8"}));
+        const quint16 port = board.serverPort();
+        QVERIFY(port > 0);
+        QVERIFY(recorder.start({"record", QString("tcp-client:127.0.0.1:%1").arg(port), file}));
+        QTRY_VERIFY_WITH_TIMEOUT(board.proc.state() == QProcess::NotRunning, 10000);
+        auto recorded = [&] {
+            QFile f(file);
+            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        };
+        QTRY_VERIFY2(recorded().contains("(id=7)"), recorded().toHex().constData());
+        QVERIFY(recorder.stop());
+
+        SimProcess replay;
+        QVERIFY(replay.start({"replay", file, "pty", "--speed", "4"}));
+        SerialportWidget page;
+        QVERIFY(open(page, replay));
+        QTRY_VERIFY2_WITH_TIMEOUT(shown(page).contains(lines({0, 1, 2, 3, 4, 5, 6, 7})), qPrintable(shown(page)), 10000);
+        QTRY_VERIFY(replay.proc.state() == QProcess::NotRunning);
+        QCOMPARE(replay.proc.exitCode(), 0);
+    }
+
+    // echo mode: what the page sends comes back
+    void echo()
+    {
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--pty", "--lines-per-s", "0", "--echo"}));
+        SerialportWidget page;
+        QVERIFY(open(page, sim));
+        const QByteArray hello = MyApp::strToUnicode("你好, board\r\n");
+        QCOMPARE(page.serialport()->write(hello), qint64(hello.size()));
+        QTRY_VERIFY(shown(page).contains("你好, board"));
+    }
+
+    void badArguments_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::newRow("no command") << QStringList();
+        QTest::newRow("unknown command") << QStringList{"toaster"};
+        QTest::newRow("no endpoint") << QStringList{"camera", "--fps", "5"};
+        QTest::newRow("two endpoints") << QStringList{"text", "--pty", "--tcp-server", "0"};
+        QTest::newRow("bad number") << QStringList{"camera", "--pty", "--fps", "fast"};
+        QTest::newRow("bad host") << QStringList{"text", "--udp", "localhost"};
+        QTest::newRow("bad size") << QStringList{"camera", "--pty", "--size", "640"};
+        QTest::newRow("option of another command") << QStringList{"pid", "--pty", "--jpeg"};
+        QTest::newRow("bad endpoint") << QStringList{"record", "serial:/dev/x", "f"};
+        QTest::newRow("not a recording") << QStringList{"replay", "/dev/null", "pty"};
+    }
+    void badArguments()
+    {
+        QFETCH(QStringList, args);
+        QProcess p;
+        p.start(LARKSIM_PATH, args);
+        QVERIFY(p.waitForFinished(5000));
+        QCOMPARE(p.exitCode(), 2);
+        const QString err = QString::fromUtf8(p.readAllStandardError());
+        QVERIFY2(err.startsWith("larksim: error: ") && err.count('\n') == 1, qPrintable(err));
+    }
+};
+
+LARK_TEST_MAIN(TstSimSerial)
+#include "tst_simserial.moc"
