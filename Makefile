@@ -3,9 +3,16 @@
 # make test  : install what is missing, build, run every test through ctest
 # make demo  : build, start every page against larksim (the board simulator) and
 #              save screenshots of each in both skins (under Xvfb without a display)
+# make test-asan : the same suite built with AddressSanitizer and UndefinedBehavior-
+#              Sanitizer in a build folder of its own
+# make fuzz  : every fuzz target for FUZZ_SECONDS (default 60) each, with ASan and
+#              UBSan; fails on any finding
 # make bench : build and run the benchmarks (and, beside the editor page's, time
 #              Okteta and GHex opening the same file size)
 BUILD ?= build
+ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
 JOBS ?= 2
 
 DEBS = cmake g++ make pkg-config ccache \
@@ -15,8 +22,10 @@ DEBS = cmake g++ make pkg-config ccache \
        xvfb xauth imagemagick socat
 # only the benchmarks need these: two desktop hex editors timed for comparison
 BENCH_DEBS = okteta ghex xdotool
+# only the fuzz targets need these: libFuzzer comes with clang
+FUZZ_DEBS = clang-14 libfuzzer-14-dev
 
-.PHONY: all deps build run test bench demo clean
+.PHONY: all deps build run test test-asan fuzz bench demo clean
 
 all: build
 
@@ -39,6 +48,35 @@ run: build
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j$(JOBS)
 
+# -O1 keeps the instrumented suite quick enough; -g1 gives reports file:line
+SAN_FLAGS = -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer
+# Full unwinding on malloc, because Qt's libraries have no frame pointers and the leak
+# suppressions must see the whole stack. No dynamic TLS tracking: this LeakSanitizer
+# misreads glibc 2.36's dynamic TLS blocks and crashes in its own tracer.
+SAN_ENV = ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:fast_unwind_on_malloc=0:intercept_tls_get_addr=0 \
+          UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+          LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0
+
+test-asan: deps
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" \
+	  -DCMAKE_CXX_FLAGS="$(SAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(SAN_FLAGS)" -DLARK_BUILD_BENCH=OFF
+	cmake --build $(ASAN_BUILD) -j$(JOBS)
+	cd $(ASAN_BUILD) && $(SAN_ENV) QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j$(JOBS)
+
+# the libraries get libFuzzer's coverage hooks, the targets its main()
+FUZZ_FLAGS = -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+# fast unwinding keeps the executions per second up; leaks are still checked
+FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:intercept_tls_get_addr=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+
+fuzz: EXTRA_DEBS = $(FUZZ_DEBS)
+fuzz: deps
+	CC=clang-14 CXX=clang++-14 cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=Debug \
+	  -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DCMAKE_CXX_FLAGS="$(FUZZ_FLAGS)" \
+	  -DCMAKE_EXE_LINKER_FLAGS="$(FUZZ_FLAGS)" \
+	  -DLARK_FUZZ=ON -DLARK_BUILD_TESTS=OFF -DLARK_BUILD_BENCH=OFF
+	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzz_targets
+	$(FUZZ_ENV) FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh $(FUZZ_BUILD)
+
 bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build
 	scripts/bench.sh $(BUILD)
@@ -47,4 +85,4 @@ demo: build
 	scripts/demo.sh $(BUILD)
 
 clean:
-	rm -rf $(BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -16,15 +16,15 @@ static void beep()
 
 QtSerialPort::QtSerialPort(QObject *parent)
     : QObject(parent)
-    , m_serialport(new QSerialPort)
+    , m_serialport(new QSerialPort(this))
 {
     connect(m_serialport, SIGNAL(readyRead()), this, SLOT(SltReadFromSerialport()));
 }
 
 QtSerialPort::~QtSerialPort()
 {
-    // the port has no parent and is only closed here, never deleted: a late
-    // readyRead queued by the port then still finds a live object
+    // closed here, then deleted with this object as its child: its connections go
+    // with it, so no readyRead can reach a half-destroyed wrapper
     if (m_serialport && m_serialport->isOpen())
         m_serialport->close();
 }

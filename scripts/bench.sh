@@ -1,17 +1,24 @@
 #!/bin/sh
-# Runs every benchmark executable of the build; each prints its own table.
+# Runs every benchmark executable of the build, then merges what they measured into
+# bench/report.json (one record per figure) and prints a short table.
 set -eu
 build=$1
+root=$(cd "$(dirname "$0")/.." && pwd)
+tmp=$(mktemp -d /tmp/larkbench.XXXXXX)
+trap 'rm -rf "$tmp"' EXIT
 found=0
 for exe in "$build"/bench/bench_*.d/bench_*; do
     [ -x "$exe" ] || continue
     found=1
-    echo "== $(basename "$exe")"
-    QT_QPA_PLATFORM=offscreen "$exe"
+    name=$(basename "$exe")
+    echo "== $name"
+    QT_QPA_PLATFORM=offscreen "$exe" --benchmark_out="$tmp/$name.json" --benchmark_out_format=json
 done
 [ $found -eq 1 ] || echo "no benchmarks built (libbenchmark-dev missing?)"
 # two desktop hex editors opening the file size bench_hexedit loads, for comparison
 if command -v Xvfb >/dev/null 2>&1 && command -v xdotool >/dev/null 2>&1; then
     echo "== hex editors for comparison"
-    "$(dirname "$0")/bench_hexedit_compare.sh" 100
+    "$root/scripts/bench_hexedit_compare.sh" 100 | tee "$tmp/compare.txt"
 fi
+echo
+python3 "$root/scripts/bench_report.py" "$tmp" "$root/bench/report.json"

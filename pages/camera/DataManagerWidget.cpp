@@ -198,6 +198,23 @@ void DataManagerWidget::ExportData()
     QtMessageTip::Instance()->ShowToastMessage("文件导出成功！", 2000);
 }
 
+void DataManagerWidget::readTable(QIODevice &file, QAbstractItemModel *model)
+{
+    QTextStream in(&file);
+    in.setCodec(s_fileCodec);
+    // the header line, never looked at: a file without one loses its first row
+    in.readLine();
+    // every line takes its row, also one too short to fill it, so rows stay where the
+    // file has them; rows past the model's end fall away
+    for (int row = 0; !in.atEnd(); ++row) {
+        const QStringList fields = in.readLine().split(',', Qt::KeepEmptyParts);
+        if (fields.size() < 4)
+            continue;
+        for (int column = 0; column < 4; ++column)
+            model->setData(model->index(row, column), fields.at(column), Qt::EditRole);
+    }
+}
+
 void DataManagerWidget::InpportData()
 {
     QtFileDialog dialog(this);
@@ -215,19 +232,7 @@ void DataManagerWidget::InpportData()
         QtMessageBox::warning("文件打开失败，请重试！");
         return;
     }
-    QTextStream in(&file);
-    in.setCodec(s_fileCodec);
-    // the header line, never looked at: a file without one loses its first row
-    in.readLine();
-    // every line takes its row, also one too short to fill it, so rows stay where the
-    // file has them; rows past the model's end fall away
-    for (int row = 0; !in.atEnd(); ++row) {
-        const QStringList fields = in.readLine().split(',', Qt::KeepEmptyParts);
-        if (fields.size() < 4)
-            continue;
-        for (int column = 0; column < 4; ++column)
-            m_model->setData(m_model->index(row, column), fields.at(column), Qt::EditRole);
-    }
+    readTable(file, m_model);
     file.close();
     QtMessageTip::Instance()->ShowToastMessage("数据导入完成！！", 2000);
 }

@@ -2,6 +2,8 @@
 #include "LarkTestCore.h"
 #include "QtSerialPort.h"
 
+#include <QPointer>
+#include <QSerialPort>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -72,6 +74,18 @@ private slots:
         port.open("/dev/lark-no-such-port", 115200, 8, 0, 0);
         QVERIFY(!port.isOpen());
         QCOMPARE(port.portName(), QString("lark-no-such-port"));
+    }
+
+    // the QSerialPort and its write buffer go with the wrapper
+    void thePortGoesWithTheWrapper()
+    {
+        auto *port = new QtSerialPort;
+        port->open(m_pty->programPath(), 115200, 8, 0, 0);
+        port->writeBytes("bye");
+        const QPointer<QSerialPort> serial = port->findChild<QSerialPort *>();
+        QVERIFY(serial);
+        delete port;
+        QVERIFY(serial.isNull());
     }
 };
 

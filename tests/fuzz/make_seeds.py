@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""Writes the fuzz targets' seed inputs into corpus/<target>/: a few well-formed
+inputs each, so that the fuzzer starts from frames the boards really send.
+
+Inputs of the chunked links start with an option byte; then each chunk is a size
+byte (1..64, or 0 for all that is left) followed by its bytes. Run it again after
+changing a frame layout; the files are checked in."""
+import os
+import struct
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+def write(target, name, data):
+    folder = os.path.join(HERE, 'corpus', target)
+    os.makedirs(folder, exist_ok=True)
+    with open(os.path.join(folder, name), 'wb') as f:
+        f.write(data)
+
+
+def chunked(options, stream, size=0):
+    """options, then stream cut into chunks of size bytes (0: one chunk)"""
+    out = bytes([options])
+    if size == 0:
+        return out + b'\x00' + stream
+    for i in range(0, len(stream), size):
+        piece = stream[i:i + size]
+        out += bytes([len(piece)]) + piece
+    return out
+
+
+def pid_frame(channel, cmd, payload=b''):
+    f = b'LARK' + bytes([channel]) + struct.pack('<i', len(payload) + 11) + bytes([cmd]) + payload
+    return f + bytes([sum(f) & 0xFF])
+
+
+def modbus_crc(data):
+    crc = 0xFFFF
+    for b in data:
+        crc ^= b
+        for _ in range(8):
+            crc = (crc >> 1) ^ 0xA001 if crc & 1 else crc >> 1
+    return crc
+
+
+def cam_frame(cmd, payload, addr=0):
+    f = b'LARK' + bytes([addr]) + struct.pack('<I', len(payload) + 12) + bytes([cmd]) + payload
+    return f + struct.pack('<H', modbus_crc(f))
+
+
+pid = (pid_frame(1, 1, struct.pack('<i', 100)) + pid_frame(2, 2, struct.pack('<i', -5))
+       + pid_frame(3, 3, struct.pack('<fff', 1.5, 0.25, 0.0)) + pid_frame(1, 4) + pid_frame(1, 5)
+       + pid_frame(5, 6, struct.pack('<i', 20)))
+write('pidframedecoder', 'frames', chunked(0, pid))
+write('pidframedecoder', 'frames_split', chunked(1, b'xx' + pid, 7))
+
+text = 'temp=21.5 湿度 ok\r\n'.encode('utf-8')
+write('serialrecvrule', 'utf8_split', chunked(1, text, 9))
+write('serialrecvrule', 'gb18030_split', chunked(3, 'temp=21.5 湿度 ok\r\n'.encode('gb18030'), 11))
+write('serialrecvrule', 'hex', chunked(0, bytes(range(0, 256, 7))))
+
+write('networkmessageformat', 'line', b'\x00hello board\r\n')
+write('networkmessageformat', 'port', b'\x015000')
+
+write('hexstrtobytearray', 'spaced', b'4C 41 52 4B 0a ff')
+write('hexstrtobytearray', 'bad_digit', b'G1 2')
+
+write('qtsendboxfiles', 'table', '1#AT+RST\n2#AA BB\n30#含 # 号\n'.encode('utf-8'))
+write('qtsendboxfiles', 'history', b'AT+GMR ping\nhello\n')
+
+fmt = cam_frame(1, bytes([4]) + struct.pack('<HH', 4, 2))
+img = cam_frame(2, bytes(range(16)))
+answer = cam_frame(0x11, bytes([0]) + struct.pack('<H', 0x3008) + bytes([0x42]))
+reply = cam_frame(0, bytes([0]))
+write('cameralinkdecoder', 'framed', chunked(1 << 2, fmt + img + answer + reply + b'LARK', 0))
+write('cameralinkdecoder', 'framed_split', chunked(2 | 1 << 2, fmt + img + b'LARK', 5))
+jpeg = b'\xff\xd8\xff\xe0' + bytes(12) + b'\xff\xd9'
+write('cameralinkdecoder', 'jpeg_split', chunked(1, jpeg + jpeg, 6))
+
+header = '寄存器编号,寄存器地址,寄存器值,描述,\r\n'
+rows = '1,0x3008,0x42,软复位,\r\n2,0x3103,0x03,,\r\nshort,row\r\n'
+write('datamanagerwidget', 'table', (header + rows).encode('gb18030'))
+
+write('qtjson', 'object', b'{"verNum": "1.0.1.6", "list": [1, 2.5e3, true, null] "x": {"y": "\\u00e9"}}')
+
+write('updateprotocol', 'reply', b'{"verNum":"1.0.1.6","verInfo":"fixes"}')
+write('updateprotocol', 'disposition', b'attachment; filename=../../larkTools.zip')
+name = b'bin/../x'
+central = (b'PK\x01\x02' + bytes(4) + struct.pack('<H', 0x0800) + bytes(18)
+           + struct.pack('<HHH', len(name), 0, 0) + bytes(12) + name)
+eocd = b'PK\x05\x06' + bytes(6) + struct.pack('<HII', 1, len(central), 0) + bytes(2)
+write('updateprotocol', 'zip', central + eocd)
