@@ -242,7 +242,10 @@ private slots:
         QCOMPARE(actual->data()->at(1)->value, 90.0);
         const double t = actual->data()->at(1)->key;
         QVERIFY(t >= 0.03 && t < 60);
-        QCOMPARE(m_plot->xAxis->range(), QCPRange(t - 9.75, t + 0.25));
+        // the window ends a quarter second past the newest sample and spans ten seconds;
+        // compared with a tolerance, as t + 0.25 - 10 and t - 9.75 may round apart
+        QCOMPARE(m_plot->xAxis->range().upper, t + 0.25);
+        QCOMPARE(m_plot->xAxis->range().lower, t - 9.75);
         QCOMPARE(m_plot->yAxis->range(), QCPRange(-30, 90));
         // reopening unsets the start: keys become epoch seconds, and the old points,
         // far out of the window now, go
