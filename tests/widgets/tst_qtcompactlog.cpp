@@ -1,0 +1,74 @@
+#include "LarkTest.h"
+#include "NumberTool.h"
+#include "QtCompactLog.h"
+
+#include <QtTest>
+
+class TstQtCompactLog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void textComesBackWholeWhateverTheBlocks_data()
+    {
+        QTest::addColumn<int>("blockBytes");
+        QTest::addColumn<QStringList>("pieces");
+        const QString mixed = QString::fromUtf8("状态正常 temp=25.3 \xF0\x9F\x98\x80\r\n");
+        // blocks of 1, 2 and 7 bytes cut through every multi-byte character somewhere
+        QTest::newRow("one byte blocks") << 1 << QStringList{mixed, mixed};
+        QTest::newRow("two byte blocks") << 2 << QStringList{mixed, "", mixed.repeated(3)};
+        QTest::newRow("odd blocks") << 7 << QStringList{mixed.repeated(20), "5A A5 ", mixed};
+        QTest::newRow("default blocks, several sealed")
+            << int(QtCompactLog::DefaultBlockBytes) << QStringList{mixed.repeated(150000), "tail"};
+        QTest::newRow("nothing") << 16 << QStringList{};
+    }
+
+    void textComesBackWholeWhateverTheBlocks()
+    {
+        QFETCH(int, blockBytes);
+        QFETCH(QStringList, pieces);
+        QtCompactLog log(blockBytes);
+        for (const QString &p : pieces)
+            log.append(p);
+        const QString all = pieces.join(QString());
+        QCOMPARE(log.length(), qint64(all.size()));
+        QCOMPARE(log.isEmpty(), all.isEmpty());
+        QVERIFY(log.text() == all);
+        log.clear();
+        QVERIFY(log.isEmpty());
+        QCOMPARE(log.text(), QString());
+        log.append("again");
+        QCOMPARE(log.text(), QString("again"));
+    }
+
+    // what a long session holds: received text and hex take a fraction of their size
+    void receivedTextIsHeldInAFractionOfItsSize_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qint64>("maxStored"); // besides the one open block
+        const QString line = QString::fromUtf8("[12:00:00.000] ASCII >\ntemp=25.3 状态正常 0123456789\n");
+        const QString lines = line.repeated((16 << 20) / line.size());
+        // UTF-16 in a QString takes two bytes a character
+        QTest::newRow("log lines") << lines << qint64(lines.size() / 10);
+        // hex of bytes with no pattern: 8 bits in every three characters at best
+        QByteArray noise(4 << 20, Qt::Uninitialized);
+        quint32 x = 12345;
+        for (char &c : noise) {
+            x = x * 1103515245u + 12345u;
+            c = char(x >> 23);
+        }
+        QTest::newRow("hex of noise") << NumberTool::byteToHex(noise) << qint64(noise.size() * 16 / 10);
+    }
+
+    void receivedTextIsHeldInAFractionOfItsSize()
+    {
+        QFETCH(QString, text);
+        QFETCH(qint64, maxStored);
+        QtCompactLog log;
+        log.append(text);
+        QVERIFY2(log.storedBytes() < maxStored + QtCompactLog::DefaultBlockBytes + 4096,
+                 qPrintable(QString::number(log.storedBytes())));
+    }
+};
+
+LARK_TEST_MAIN(TstQtCompactLog)
+#include "tst_qtcompactlog.moc"
