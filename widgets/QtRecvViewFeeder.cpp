@@ -39,6 +39,8 @@ QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
     , m_nDelay(0)
     , m_nSliceChars(DefaultSliceChars)
     , m_bFollowEnd(false)
+    , m_nViewLineChars(0)
+    , m_nViewRun(0)
 {
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
@@ -67,11 +69,16 @@ void QtRecvViewFeeder::setFollowEnd(bool follow)
     m_bFollowEnd = follow;
 }
 
+void QtRecvViewFeeder::setViewLineChars(int chars)
+{
+    m_nViewLineChars = qMax(0, chars);
+}
+
 void QtRecvViewFeeder::appendParagraph(const QString &text)
 {
     // the break is a paragraph separator, not a line feed, so that it cannot join a
     // carriage return at the end of the text before it into one break
-    if (m_strLog.isEmpty())
+    if (m_log.isEmpty())
         enqueue(text);
     else
         enqueue(QChar(QChar::ParagraphSeparator) + text);
@@ -86,7 +93,7 @@ void QtRecvViewFeeder::enqueue(const QString &piece)
 {
     if (piece.isEmpty())
         return;
-    m_strLog.append(plainTextOf(piece));
+    m_log.append(plainTextOf(piece));
     const bool waiting = isPending();
     // Text inserted apart keeps its breaks apart: a carriage return that ended the last
     // piece and a line feed that starts this one are two breaks, not one CR LF.
@@ -111,8 +118,9 @@ void QtRecvViewFeeder::clear()
 {
     m_timer->stop();
     m_strPending.clear();
-    m_strLog.clear();
+    m_log.clear();
     m_view->clear();
+    m_nViewRun = 0;
 }
 
 void QtRecvViewFeeder::flush()
@@ -143,6 +151,7 @@ void QtRecvViewFeeder::showSlice(int budget)
         // all that stands in the view would be pushed out at once
         m_strPending.remove(0, tailStart(m_strPending, m_nMaxViewChars));
         m_view->clear();
+        m_nViewRun = 0;
     }
     const int length = sliceLength(m_strPending, budget);
     QScrollBar *bar = m_view->verticalScrollBar();
@@ -151,7 +160,10 @@ void QtRecvViewFeeder::showSlice(int budget)
     QTextCursor cursor(m_view->document());
     cursor.beginEditBlock();
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(m_strPending.left(length));
+    if (m_nViewLineChars > 0)
+        cursor.insertText(breakLongLines(m_strPending.left(length), m_nViewLineChars, m_nViewRun));
+    else
+        cursor.insertText(m_strPending.left(length));
     cursor.endEditBlock();
     m_strPending.remove(0, length);
     trimView();
@@ -240,6 +252,37 @@ int QtRecvViewFeeder::tailStart(const QString &text, int maxChars)
     if (blank >= 0 && blank - start < 16)
         return blank + 1;
     return start;
+}
+
+QString QtRecvViewFeeder::breakLongLines(const QString &text, int maxLine, int &run)
+{
+    const int n = text.size();
+    QString out;
+    int copied = 0; // text before this index is in out already
+    int r = run;
+    for (int i = 0; i < n; ++i) {
+        if (endsLine(text, i)) {
+            r = 0;
+            continue;
+        }
+        ++r;
+        if (r < maxLine || (text.at(i) != QLatin1Char(' ') && r < maxLine + 64))
+            continue;
+        if (i + 1 < n && endsLine(text, i + 1))
+            continue; // the paragraph ends here anyway
+        // most text has short lines and never gets here: it goes back untouched
+        if (out.isEmpty())
+            out.reserve(n + n / maxLine + 1);
+        out.append(text.constData() + copied, i + 1 - copied);
+        out.append(QChar(QChar::ParagraphSeparator));
+        copied = i + 1;
+        r = 0;
+    }
+    run = r;
+    if (copied == 0)
+        return text;
+    out.append(text.constData() + copied, n - copied);
+    return out;
 }
 
 // Slices end after a line: a line split over two slices would be laid out twice. A

@@ -1,6 +1,8 @@
 #ifndef QTRECVVIEWFEEDER_H
 #define QTRECVVIEWFEEDER_H
 
+#include "QtCompactLog.h"
+
 #include <QObject>
 #include <QString>
 
@@ -21,7 +23,10 @@ class QTimer;
 // event loop; with a delay, text gathers for that long and the pause after a slice
 // grows with what the slice cost. With a view bound, the view holds only the last
 // characters (cut at a line start or after a blank where one lies close) while
-// plainText still gives everything.
+// plainText still gives everything, kept compressed. With a view line bound, a
+// paragraph longer than that (running hex) is broken in the view alone, after a
+// blank, so that the view never lays out one huge paragraph again for every change
+// near it; plainText keeps it whole.
 class QtRecvViewFeeder : public QObject
 {
     Q_OBJECT
@@ -38,13 +43,16 @@ public:
     // true: every slice leaves the view at its end; false (the default): the view
     // follows new text only while it is scrolled to the bottom, as append does
     void setFollowEnd(bool follow);
+    // 0 (the default): paragraphs go into the view as they are
+    void setViewLineChars(int chars);
 
     void appendParagraph(const QString &text);
     void appendText(const QString &text);
 
     // everything appended since the last clear, exactly as the view's plain text
     // reads once all is shown (and before any bound cut it)
-    QString plainText() const { return m_strLog; }
+    QString plainText() const { return m_log.text(); }
+    const QtCompactLog &log() const { return m_log; }
     bool isPending() const { return !m_strPending.isEmpty(); }
     // empties the view, what waits and the kept text
     void clear();
@@ -60,6 +68,11 @@ public:
     // at a line start if one lies close, else after a blank (hex bytes stay whole),
     // else exactly.
     static int tailStart(const QString &text, int maxChars);
+    // The view's form of text when paragraphs are bound to maxLine characters: a
+    // paragraph separator follows the first blank at or past the bound (or, with no
+    // blank within 64 more, the character there). run is how many characters the last
+    // paragraph already holds, and is left as it stands after text.
+    static QString breakLongLines(const QString &text, int maxLine, int &run);
 
 private slots:
     void SltShowSlice();
@@ -73,12 +86,15 @@ private:
 
     QTextEdit *m_view;
     QTimer *m_timer;
-    QString m_strLog;
+    QtCompactLog m_log;
     QString m_strPending;
     int m_nMaxViewChars;
     int m_nDelay;
     int m_nSliceChars;
     bool m_bFollowEnd;
+    int m_nViewLineChars;
+    // characters of the view's last paragraph, for the line bound
+    int m_nViewRun;
 };
 
 #endif // QTRECVVIEWFEEDER_H

@@ -172,6 +172,67 @@ private slots:
         QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
     }
 
+    void breakLongLinesBreaksOnlyTheViewsLongParagraphs_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("maxLine");
+        QTest::addColumn<int>("runBefore");
+        QTest::addColumn<QString>("view"); // '|' marks a break the view gets
+        QTest::addColumn<int>("runAfter");
+        QTest::newRow("short lines untouched") << "ab\ncd\r\nef" << 4 << 0 << "ab\ncd\r\nef" << 2;
+        QTest::newRow("hex broken after the blank past the bound") << "01 02 03 04 05 " << 6 << 0 << "01 02 |03 04 |05 " << 3;
+        QTest::newRow("the run goes on from the last slice") << "03 04 05 " << 6 << 3 << "03 |04 05 |" << 0;
+        QTest::newRow("no blank: cut 64 past the bound") << QString(70, 'x') << 4 << 0 << QString(68, 'x') + "|xx" << 2;
+        // a break right before a line end would leave an empty line in the view
+        QTest::newRow("no break before a line end") << "01 02 \n03 " << 6 << 0 << "01 02 \n03 " << 3;
+        QTest::newRow("paragraph separators end lines") << QString("0102") + QChar(0x2029) + "0304" << 5 << 0
+                                                        << QString("0102") + QChar(0x2029) + "0304" << 4;
+    }
+
+    void breakLongLinesBreaksOnlyTheViewsLongParagraphs()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, maxLine);
+        QFETCH(int, runBefore);
+        QFETCH(QString, view);
+        QFETCH(int, runAfter);
+        int run = runBefore;
+        QString got = QtRecvViewFeeder::breakLongLines(text, maxLine, run);
+        got.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('|'));
+        if (!text.contains(QChar(QChar::ParagraphSeparator)))
+            QCOMPARE(got, view);
+        QCOMPARE(run, runAfter);
+    }
+
+    // The serial page's way with running hex: the view holds no paragraph much longer
+    // than the bound, cut only after whole bytes, while the saved text keeps every
+    // paragraph whole, the same as without the bound.
+    void aLineBoundedViewBreaksHexButTheSavedTextDoesNot()
+    {
+        QTextEdit bounded, plain;
+        QtRecvViewFeeder withBound(&bounded), without(&plain);
+        withBound.setViewLineChars(300);
+        withBound.setSliceChars(500);
+        const QStringList paragraphs{QString("5A A5 ").repeated(2000), "ok", QString("01 ").repeated(150), "end"};
+        for (const QString &p : paragraphs) {
+            withBound.appendParagraph(p);
+            without.appendParagraph(p);
+        }
+        withBound.flush();
+        without.flush();
+        QCOMPARE(withBound.plainText(), paragraphs.join('\n'));
+        QCOMPARE(withBound.plainText(), without.plainText());
+        QCOMPARE(without.plainText(), plain.toPlainText());
+        int longest = 0;
+        for (const QString &line : blockTexts(bounded.document())) {
+            longest = qMax(longest, line.size());
+            QVERIFY2(line.size() <= 3 || line.endsWith(' ') || line == "ok" || line == "end", qPrintable(line));
+        }
+        QVERIFY(longest <= 300 + 2);
+        // only the breaks differ
+        QCOMPARE(blockTexts(bounded.document()).join(QString()), QString(paragraphs.join(QString())));
+    }
+
     void plainTextOfIsWhatTheViewGivesBack_data()
     {
         QTest::addColumn<QString>("text");
