@@ -130,7 +130,16 @@ void SerialportWidget::InitWidget()
     m_widgetConfig = InitConfigColumn();
     m_terminal = new QtTerminalWidget(this);
     m_terminal->setPlaceholderText("数据接收区显示");
+    // A read's text goes to the view with the others of the same display frame, in one
+    // edit: a text view lays out and repaints per edit, so a board writing in small
+    // pieces cost as much per read as a megabyte did. The view keeps a tail (the save
+    // takes everything), and running hex is broken into view lines of bounded length,
+    // so that no change ever lays out a megabyte-long paragraph.
     m_recvFeeder = new QtRecvViewFeeder(m_terminal, this);
+    m_recvFeeder->setDelay(RecvViewDelayMs);
+    m_recvFeeder->setMaxViewChars(RecvViewMaxChars);
+    m_recvFeeder->setSliceChars(RecvViewSliceChars);
+    m_recvFeeder->setViewLineChars(RecvViewLineChars);
     m_sendBox = new QtSendBoxWidget(this, 7);
     m_groupSend->bindSendBox(m_sendBox);
 

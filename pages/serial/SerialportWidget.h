@@ -27,6 +27,13 @@ class SerialportWidget : public QtWidgetBase
 {
     Q_OBJECT
 public:
+    // the receive view: reads gathered per display frame, a bounded tail shown, view
+    // lines of running hex bounded
+    static const int RecvViewDelayMs = 20;
+    static const int RecvViewMaxChars = 1 << 18;
+    static const int RecvViewSliceChars = 1 << 16;
+    static const int RecvViewLineChars = 1 << 13;
+
     explicit SerialportWidget(QWidget *parent = nullptr);
     ~SerialportWidget() override;
 
