@@ -15,6 +15,7 @@ class QCustomPlot;
 class QLineEdit;
 class QMouseEvent;
 class QPushButton;
+class QTimer;
 class QtSerialPort;
 struct PidReceivedFrame;
 class StatusLabel;
@@ -64,6 +65,7 @@ private slots:
     void SltBtnStartClicked();
     void SltBtnResetClicked();
     void SltPoltScale(int index);
+    void SltReplotFrame();
 
 private:
     void InitWidget();
@@ -76,6 +78,8 @@ private:
     void ApplyFrame(const PidReceivedFrame &frame);
     void AddActualSample(int c, int actual);
 
+    // samples change the curves at once; the plot is drawn at most once a frame
+    QTimer *m_replotTimer;
     QComboBox *m_cbxPortName;
     QComboBox *m_cbxBaudrate;
     QComboBox *m_cbxParity;
