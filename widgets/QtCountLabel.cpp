@@ -1,17 +1,40 @@
 #include "QtCountLabel.h"
 
+#include <QTimer>
+
 #include "UiSkin.h"
 
 #include <QPainter>
 
+namespace {
+const int FrameMs = 30;
+}
+
 QtCountLabel::QtCountLabel(QWidget *parent)
     : QWidget(parent)
+    , m_repaintTimer(new QTimer(this))
 {
+    m_repaintTimer->setSingleShot(true);
+    connect(m_repaintTimer, SIGNAL(timeout()), this, SLOT(SltRepaintDue()));
 }
 
 void QtCountLabel::setCounts(const QStringList &counts)
 {
+    if (counts == m_strCounts)
+        return;
     m_strCounts = counts;
+    if (m_repaintTimer->isActive())
+        return; // the due repaint shows these too
+    const qint64 since = m_lastRepaint.isValid() ? m_lastRepaint.elapsed() : FrameMs;
+    if (since >= FrameMs)
+        SltRepaintDue();
+    else
+        m_repaintTimer->start(int(FrameMs - since));
+}
+
+void QtCountLabel::SltRepaintDue()
+{
+    m_lastRepaint.start();
     update();
 }
 
