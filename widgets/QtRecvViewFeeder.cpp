@@ -36,6 +36,7 @@ QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
     : QObject(parent)
     , m_view(view)
     , m_nMaxViewChars(0)
+    , m_nViewSlack(0)
     , m_nDelay(0)
     , m_nSliceChars(DefaultSliceChars)
     , m_bFollowEnd(false)
@@ -48,9 +49,10 @@ QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
     connect(m_timer, SIGNAL(timeout()), this, SLOT(SltShowSlice()));
 }
 
-void QtRecvViewFeeder::setMaxViewChars(int chars)
+void QtRecvViewFeeder::setMaxViewChars(int chars, int slack)
 {
     m_nMaxViewChars = qMax(0, chars);
+    m_nViewSlack = qMax(0, slack);
 }
 
 void QtRecvViewFeeder::setDelay(int ms)
@@ -182,7 +184,7 @@ void QtRecvViewFeeder::trimView()
         return;
     QTextDocument *doc = m_view->document();
     const int total = doc->characterCount() - 1;
-    if (total <= m_nMaxViewChars)
+    if (total <= m_nMaxViewChars + m_nViewSlack)
         return;
     const int excess = total - m_nMaxViewChars;
     const QTextBlock block = doc->findBlock(excess);

@@ -36,8 +36,11 @@ public:
 
     explicit QtRecvViewFeeder(QTextEdit *view, QObject *parent = nullptr);
 
-    // 0 (the default): the view keeps everything
-    void setMaxViewChars(int chars);
+    // 0 (the default): the view keeps everything. With slack, the view may grow that
+    // much past the bound before it is cut back to it: every cut at the front makes
+    // the view place all its paragraphs anew, so a cut per frame cost as much as the
+    // whole view each time.
+    void setMaxViewChars(int chars, int slack = 0);
     void setDelay(int ms);
     void setSliceChars(int chars);
     // true: every slice leaves the view at its end; false (the default): the view
@@ -89,6 +92,7 @@ private:
     QtCompactLog m_log;
     QString m_strPending;
     int m_nMaxViewChars;
+    int m_nViewSlack;
     int m_nDelay;
     int m_nSliceChars;
     bool m_bFollowEnd;

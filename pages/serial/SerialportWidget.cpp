@@ -137,7 +137,7 @@ void SerialportWidget::InitWidget()
     // so that no change ever lays out a megabyte-long paragraph.
     m_recvFeeder = new QtRecvViewFeeder(m_terminal, this);
     m_recvFeeder->setDelay(RecvViewDelayMs);
-    m_recvFeeder->setMaxViewChars(RecvViewMaxChars);
+    m_recvFeeder->setMaxViewChars(RecvViewMaxChars, RecvViewSlackChars);
     m_recvFeeder->setSliceChars(RecvViewSliceChars);
     m_recvFeeder->setViewLineChars(RecvViewLineChars);
     m_sendBox = new QtSendBoxWidget(this, 7);

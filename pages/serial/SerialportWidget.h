@@ -29,8 +29,9 @@ class SerialportWidget : public QtWidgetBase
 public:
     // the receive view: reads gathered per display frame, a bounded tail shown, view
     // lines of running hex bounded
-    static const int RecvViewDelayMs = 20;
-    static const int RecvViewMaxChars = 1 << 18;
+    static const int RecvViewDelayMs = 30;
+    static const int RecvViewMaxChars = 1 << 17;
+    static const int RecvViewSlackChars = 1 << 17;
     static const int RecvViewSliceChars = 1 << 16;
     static const int RecvViewLineChars = 1 << 13;
 
