@@ -5,14 +5,15 @@
 #              save screenshots of each in both skins (under Xvfb without a display)
 # make test-asan : the same suite built with AddressSanitizer and UndefinedBehavior-
 #              Sanitizer in a build folder of its own
-# make fuzz  : every fuzz target for FUZZ_SECONDS (default 60) each, with ASan and
-#              UBSan; fails on any finding
+# make fuzz  : every fuzz target for FUZZ_SECONDS (default 60) each, or FUZZ_RUNS
+#              executions if that comes first, with ASan and UBSan; fails on any finding
 # make bench : build and run the benchmarks (and, beside the editor page's, time
 #              Okteta and GHex opening the same file size)
 BUILD ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
+FUZZ_RUNS ?=
 JOBS ?= 2
 
 DEBS = cmake g++ make pkg-config ccache \
@@ -75,7 +76,7 @@ fuzz: deps
 	  -DCMAKE_EXE_LINKER_FLAGS="$(FUZZ_FLAGS)" \
 	  -DLARK_FUZZ=ON -DLARK_BUILD_TESTS=OFF -DLARK_BUILD_BENCH=OFF
 	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzz_targets
-	$(FUZZ_ENV) FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh $(FUZZ_BUILD)
+	$(FUZZ_ENV) FUZZ_SECONDS=$(FUZZ_SECONDS) FUZZ_RUNS=$(FUZZ_RUNS) scripts/fuzz.sh $(FUZZ_BUILD)
 
 bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build

@@ -1,10 +1,13 @@
 #!/bin/sh
-# Runs every fuzz target of a fuzz build for a bounded time from its checked-in seeds.
+# Runs every fuzz target of a fuzz build for a bounded time (FUZZ_SECONDS, and at most
+# FUZZ_RUNS executions when set) from its checked-in seeds.
 # A crash, leak, timeout or sanitizer report makes libFuzzer stop with a failure; its
 # input is kept in <build>/fuzz-artifacts/ and this script fails once all have run.
 set -eu
 build=$1
 seconds=${FUZZ_SECONDS:-60}
+# FUZZ_RUNS ends a target earlier, after that many executions
+runs=${FUZZ_RUNS:+-runs=$FUZZ_RUNS}
 seeds="$(cd "$(dirname "$0")/.." && pwd)/tests/fuzz/corpus"
 failed=""
 mkdir -p "$build/fuzz-artifacts" "$build/fuzz-corpus"
@@ -15,7 +18,7 @@ for exe in "$build"/tests/fuzz/fuzz_*; do
     corpus="$build/fuzz-corpus/${name#fuzz_}"
     mkdir -p "$corpus"
     echo "== $name ($seconds s)"
-    if ! QT_QPA_PLATFORM=offscreen "$exe" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+    if ! QT_QPA_PLATFORM=offscreen "$exe" -max_total_time="$seconds" $runs -timeout=10 -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$build/fuzz-artifacts/$name-" \
         "$corpus" "$seeds/${name#fuzz_}" 2>"$build/fuzz-artifacts/$name.log"; then
         tail -n 40 "$build/fuzz-artifacts/$name.log"
