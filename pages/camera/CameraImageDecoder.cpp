@@ -1,10 +1,25 @@
 #include "CameraImageDecoder.h"
 
+#include <cstdlib>
 #include <cstring>
 
 bool CameraImageDecoder::drawable(int width, int height)
 {
     return width > 0 && height > 0 && qint64(width) * height * 3 <= MaxImageBytes;
+}
+
+// An RGB888 image on zeroed memory. A large calloc takes fresh pages from the system,
+// which are zero already and cost nothing until written, so the black a short frame
+// leaves behind needs no clearing at all: an empty frame for a huge format costs
+// microseconds, not a pass over tens of megabytes.
+static QImage blackImage(int width, int height)
+{
+    const qint64 bytesPerLine = (qint64(width) * 3 + 3) & ~qint64(3);
+    void *buffer = std::calloc(size_t(bytesPerLine * height), 1);
+    if (!buffer)
+        return QImage();
+    return QImage(static_cast<uchar *>(buffer), width, height, int(bytesPerLine), QImage::Format_RGB888, std::free,
+                  buffer);
 }
 
 static inline void putPixel(uchar *dst, unsigned v)
@@ -18,14 +33,11 @@ QImage CameraImageDecoder::rgb565(int width, int height, const char *data, int s
 {
     if (!drawable(width, height))
         return QImage();
-    QImage image(width, height, QImage::Format_RGB888);
+    QImage image = blackImage(width, height);
     if (image.isNull())
         return image;
     uchar *bits = image.bits();
     const qint64 w = width;
-    const qint64 written = w * height * 3;
-    // the row padding the linear writes never reach
-    std::memset(bits + written, 0, size_t(qint64(image.sizeInBytes()) - written));
 
     const auto *src = reinterpret_cast<const uchar *>(data);
     const qint64 whole = size / 2; // source pixels with both bytes present
@@ -35,8 +47,8 @@ QImage CameraImageDecoder::rgb565(int width, int height, const char *data, int s
         uchar *dst = bits + 3 * y * w;
         // x takes pixel p = top - x; pixels at or past `whole` are (partly) missing
         const qint64 top = w * (y + 2);
+        // the pixels before firstWhole stay black
         const qint64 firstWhole = qBound<qint64>(0, top - whole + 1, w);
-        std::memset(dst, 0, size_t(3 * firstWhole));
         if (firstWhole > 0 && (size & 1)) {
             // the odd last byte: a pixel whose second byte is missing
             const qint64 x = top - whole;
@@ -61,12 +73,10 @@ QImage CameraImageDecoder::rawRgb888(int width, int height, const QByteArray &pa
 {
     if (!drawable(width, height))
         return QImage();
-    QImage image(width, height, QImage::Format_RGB888);
+    QImage image = blackImage(width, height);
     if (image.isNull())
         return image;
-    const qint64 total = image.sizeInBytes();
-    const qint64 n = qMin<qint64>(total, packet.size());
+    const qint64 n = qMin<qint64>(image.sizeInBytes(), packet.size());
     std::memcpy(image.bits(), packet.constData(), size_t(n));
-    std::memset(image.bits() + n, 0, size_t(total - n));
     return image;
 }
