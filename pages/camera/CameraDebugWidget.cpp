@@ -1,5 +1,7 @@
 #include "CameraDebugWidget.h"
 
+#include <QHash>
+
 #include "CameraFrame.h"
 #include "CameraImageDecoder.h"
 #include "ImageFormatConfig.h"
@@ -353,8 +355,71 @@ void CameraDebugWidget::handleChunk(const QByteArray &byData)
     options.valueLength = m_edtRegValueLen->text().toInt();
     std::vector<CameraLinkEvent> events;
     m_decoder.receive(byData, options, events);
-    for (const CameraLinkEvent &e : events)
-        applyEvent(e);
+
+    // Of the images one chunk completes, only the last for each viewer area can be
+    // seen: the view paints after the chunk. A board that announces a huge format and
+    // then sends empty frames would otherwise have every one decoded at full size, some
+    // 30 ms each. An image that draws nothing leaves the one before it in place, so
+    // the last one that draws something is the one shown.
+    std::vector<QPixmap> shown(events.size());
+    QHash<int, QVector<int>> byArea;
+    for (int i = 0; i < int(events.size()); ++i) {
+        const int area = drawArea(events[size_t(i)]);
+        if (area >= 0)
+            byArea[area].append(i);
+    }
+    for (const QVector<int> &draws : qAsConst(byArea)) {
+        for (int j = draws.size() - 1; j >= 0; --j) {
+            shown[size_t(draws[j])] = drawnPixmap(events[size_t(draws[j])]);
+            if (!shown[size_t(draws[j])].isNull())
+                break;
+        }
+    }
+    for (size_t i = 0; i < events.size(); ++i) {
+        const int area = drawArea(events[i]);
+        if (area < 0)
+            applyEvent(events[i]);
+        else if (!shown[i].isNull())
+            m_imageViewer->setPixmap(area, shown[i]);
+    }
+}
+
+int CameraDebugWidget::drawArea(const CameraLinkEvent &e) const
+{
+    switch (e.kind) {
+    case CameraLinkEvent::DrawRaw:
+        return e.slot;
+    case CameraLinkEvent::DrawRgb565:
+        return m_imgFormat[e.slot].device;
+    case CameraLinkEvent::DrawJpeg:
+        return 0;
+    default:
+        return -1;
+    }
+}
+
+QPixmap CameraDebugWidget::drawnPixmap(const CameraLinkEvent &e) const
+{
+    QPixmap pixmap;
+    switch (e.kind) {
+    case CameraLinkEvent::DrawRaw: {
+        const s_img_format &f = m_imgFormat[e.slot];
+        pixmap = QPixmap::fromImage(CameraImageDecoder::rawRgb888(f.width, f.height, e.data));
+        break;
+    }
+    case CameraLinkEvent::DrawRgb565: {
+        const s_img_format &f = m_imgFormat[e.slot];
+        pixmap = QPixmap::fromImage(CameraImageDecoder::rgb565(f.width, f.height, e.data.constData() + e.offset,
+                                                               e.length, m_chkBigEndian->isChecked()));
+        break;
+    }
+    case CameraLinkEvent::DrawJpeg:
+        pixmap.loadFromData(e.data);
+        break;
+    default:
+        break;
+    }
+    return pixmap;
 }
 
 // the two parsers run inside the decoder, on the bytes already in the buffer
@@ -382,21 +447,11 @@ void CameraDebugWidget::applyEvent(const CameraLinkEvent &e)
     case CameraLinkEvent::Notify:
         emit signalNotify(e.text, 0);
         break;
-    case CameraLinkEvent::DrawRaw: {
-        const s_img_format &f = m_imgFormat[e.slot];
-        const QImage image = CameraImageDecoder::rawRgb888(f.width, f.height, e.data);
-        m_imageViewer->setPixmap(e.slot, QPixmap::fromImage(image));
-        break;
-    }
+    case CameraLinkEvent::DrawRaw:
     case CameraLinkEvent::DrawRgb565:
-        saveDataWithRGB565(&m_imgFormat[e.slot], QByteArray::fromRawData(e.data.constData() + e.offset, e.length));
+    case CameraLinkEvent::DrawJpeg:
+        m_imageViewer->setPixmap(drawArea(e), drawnPixmap(e));
         break;
-    case CameraLinkEvent::DrawJpeg: {
-        QPixmap pixmap;
-        pixmap.loadFromData(e.data);
-        m_imageViewer->setPixmap(0, pixmap);
-        break;
-    }
     case CameraLinkEvent::FrameDone:
         ++m_nFrameCount;
         break;

@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QStringList>
 
+class QPixmap;
 class ImageFormatConfig;
 class ImageViewer;
 class QCheckBox;
@@ -90,6 +91,10 @@ private:
     void parseJpegData();
     void handleChunk(const QByteArray &byData);
     void applyEvent(const CameraLinkEvent &event);
+    // the viewer area an image event draws into, or -1 for other events
+    int drawArea(const CameraLinkEvent &event) const;
+    // the picture an image event shows (null: nothing to show, the area keeps its own)
+    QPixmap drawnPixmap(const CameraLinkEvent &event) const;
     void setModeEnabled(bool enabled);
 
     // link settings

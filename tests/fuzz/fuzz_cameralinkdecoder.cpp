@@ -1,5 +1,6 @@
 // The camera page's receive path in framed and JPEG mode: chunks through the link
-// decoder, and every image it hands out drawn as the page draws it.
+// decoder, and the images it hands out drawn as the page draws them: of one chunk's
+// images, the last for each slot (the page shows no other).
 #include "CameraImageDecoder.h"
 #include "CameraLinkDecoder.h"
 #include "FuzzInput.h"
@@ -23,9 +24,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             decoder.resetLink();
         events.clear();
         decoder.receive(chunk, options, events);
-        for (const CameraLinkEvent &e : events) {
+        int last[2] = {-1, -1};
+        for (int i = 0; i < int(events.size()); ++i) {
+            const CameraLinkEvent &e = events[size_t(i)];
             if (e.slot < 0 || e.slot > 1)
                 abort();
+            if (e.kind == CameraLinkEvent::DrawRaw || e.kind == CameraLinkEvent::DrawRgb565)
+                last[e.slot] = i;
+        }
+        for (int i = 0; i < int(events.size()); ++i) {
+            const CameraLinkEvent &e = events[size_t(i)];
+            if (i != last[e.slot])
+                continue;
             const CameraImageFormat &f = decoder.imageFormats()[e.slot];
             if (e.kind == CameraLinkEvent::DrawRaw) {
                 CameraImageDecoder::rawRgb888(f.width, f.height, e.data);
