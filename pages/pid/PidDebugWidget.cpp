@@ -81,6 +81,8 @@ void PidDebugWidget::InitWidget()
     portLayout->setHorizontalSpacing(2);
     portLayout->setVerticalSpacing(10);
     m_cbxPortName = new QComboBox(groupPort);
+    // a port the system does not list (a pseudo-terminal, "pts/7") can be typed in
+    m_cbxPortName->setEditable(true);
     m_cbxBaudrate = new QComboBox(groupPort);
     m_cbxBaudrate->setEditable(true);
     m_cbxParity = new QComboBox(groupPort);

@@ -76,6 +76,8 @@ QWidget *SerialportWidget::InitConfigColumn()
     QGroupBox *groupPort = new QGroupBox("串口配置", column);
     m_cbxPort = new QComboBox(groupPort);
     m_cbxPort->setObjectName("cbxPort");
+    // a port the system does not list (a pseudo-terminal, "pts/7") can be typed in
+    m_cbxPort->setEditable(true);
     m_cbxBaud = new QComboBox(groupPort);
     m_cbxBaud->setObjectName("cbxBaud");
     m_cbxBaud->setEditable(true);

@@ -1,7 +1,11 @@
+#include "LarkPtyPair.h"
 #include "LarkTestCore.h"
 #include "QSerialPorCheck.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSerialPortInfo>
+#include <QTemporaryDir>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -43,6 +47,9 @@ private slots:
         QStringList ports;
         for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
             ports << info.portName();
+        for (const QString &link : QSerialPorCheck::virtualPorts())
+            if (!ports.contains(link))
+                ports << link;
         QSerialPorCheck check;
         QSignalSpy spy(&check, SIGNAL(signalSerialChanged(QStringList)));
         QVERIFY(check.interval() == 1000 && !check.isActive());
@@ -58,6 +65,58 @@ private slots:
         const int left = timer->remainingTime();
         check.start();
         QVERIFY(timer->remainingTime() <= left);
+    }
+
+    // Virtual ports are links to a live pseudo-terminal, named by the link; anything
+    // else in the folder is not a port.
+    void virtualPortsAreLinksToALivePseudoTerminal_data()
+    {
+        QTest::addColumn<QString>("target"); // "PTY" stands for the socat end
+        QTest::addColumn<bool>("listed");
+        QTest::newRow("link to a pty") << "PTY" << true;
+        QTest::newRow("link to a regular file") << "FILE" << false;
+        QTest::newRow("dangling link") << "/dev/pts/999999" << false;
+        QTest::newRow("the multiplexer") << "/dev/pts/ptmx" << false;
+        // /dev/stdin leads to a terminal only through /proc
+        QTest::newRow("link to a link to a pty") << "LINK" << false;
+    }
+
+    void virtualPortsAreLinksToALivePseudoTerminal()
+    {
+        QFETCH(QString, target);
+        QFETCH(bool, listed);
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        QTemporaryDir dir;
+        QFile file(dir.filePath("plain"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(pty.programPath(), dir.filePath("inner")));
+        QDir sub(dir.path());
+        QVERIFY(sub.mkdir("links"));
+        const QString resolved = target == "PTY" ? pty.programPath()
+                                 : target == "FILE" ? file.fileName()
+                                 : target == "LINK" ? dir.filePath("inner") : target;
+        QVERIFY(QFile::link(resolved, dir.filePath("links/ttyV0")));
+        QCOMPARE(QSerialPorCheck::virtualPorts(dir.filePath("links")), listed ? QStringList{"ttyV0"} : QStringList{});
+        pty.stop();
+        QTRY_VERIFY(QSerialPorCheck::virtualPorts(dir.filePath("links")).isEmpty()); // its pty is gone
+    }
+
+    // A tick enumerates only when a device can have come or gone: /dev changed, or a
+    // listed virtual port lost its pty. Nothing else on the machine may touch /dev in
+    // the moment between two ticks, so a quiet pair of ticks is looked for a few times.
+    void aTickWithNothingChangedDoesNotEnumerate()
+    {
+        QSerialPorCheck check;
+        check.SltCheckSerialport();
+        QCOMPARE(check.scanCount(), 1);
+        bool quiet = false;
+        for (int i = 0; i < 5 && !quiet; ++i) {
+            const int before = check.scanCount();
+            check.SltCheckSerialport();
+            quiet = check.scanCount() == before;
+        }
+        QVERIFY(quiet);
     }
 };
 

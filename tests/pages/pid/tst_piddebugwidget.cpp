@@ -131,6 +131,18 @@ private slots:
         delete m_pty;
     }
 
+    // a port the system does not list is typed in and opened as "/dev/" + the text
+    void aTypedPseudoTerminalOpens()
+    {
+        m_page->SltSerialportChanged({});
+        auto *box = at<QComboBox>("串口配置", 0);
+        QVERIFY(box->isEditable() && box->count() == 0);
+        QTest::keyClicks(box->lineEdit(), m_pty->programShortName());
+        QVERIFY(openPort());
+        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
+        QVERIFY(boardSends(boardFrame(1, 6, le(20))));
+    }
+
     // what the user is told on open, close, failed open, start on a closed port, export
     // through the dialog (unwritable: nothing in the notes) and a vanished port
     void userIsToldOfOpenCloseExportAndFailures()

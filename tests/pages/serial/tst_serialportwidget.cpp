@@ -442,6 +442,58 @@ private slots:
         QCOMPARE(rig.page.sendCount(), quint32(0));
         QCOMPARE(rig.counts.count(), reports);
     }
+
+    // A port the system does not list is typed into the port box and opened as
+    // "/dev/" + the text.
+    void aTypedPseudoTerminalOpens()
+    {
+        Rig rig;
+        QVERIFY(rig.pty.start());
+        QComboBox *box = rig.child<QComboBox>("cbxPort");
+        QVERIFY(box->isEditable());
+        box->setFocus();
+        box->lineEdit()->selectAll();
+        QTest::keyClicks(box->lineEdit(), rig.pty.programShortName());
+        rig.child<QPushButton>("btnOpen")->click();
+        QVERIFY(rig.page.serialport()->isOpen());
+        QCOMPARE(rig.page.serialport()->portName(), rig.pty.programPath());
+        QVERIFY(rig.boardSendsOneRead("typed"));
+        QCOMPARE(rig.shown(), QString("typed"));
+    }
+
+    // socat's link=/dev/ttyV0 way: the watcher lists the link within one tick, and once
+    // it goes, the open port is closed as any change of the count closes it.
+    void aDevLinkToAPtyComesAndGoesWithinATick()
+    {
+        Rig rig;
+        QVERIFY(rig.pty.start());
+        const QString name = QString("ttyLarkTest%1").arg(QCoreApplication::applicationPid());
+        const QString link = "/dev/" + name;
+        QFile::remove(link);
+        if (!QFile::link(rig.pty.programPath(), link))
+            QSKIP("/dev is not writable here");
+        struct Guard {
+            QString path;
+            ~Guard() { QFile::remove(path); }
+        } guard{link};
+        QSerialPorCheck check;
+        QObject::connect(&check, SIGNAL(signalSerialChanged(QStringList)), &rig.page,
+                         SLOT(SltSerialportChanged(QStringList)));
+        check.setInterval(200);
+        QComboBox *box = rig.child<QComboBox>("cbxPort");
+        QTRY_VERIFY_WITH_TIMEOUT(box->findText(name) >= 0, 300);
+        box->setCurrentIndex(box->findText(name));
+        rig.child<QPushButton>("btnOpen")->click();
+        QVERIFY(rig.page.serialport()->isOpen());
+        QCOMPARE(rig.page.serialport()->portName(), link);
+        QVERIFY(rig.boardSendsOneRead("via link"));
+        QCOMPARE(rig.shown(), QString("via link"));
+
+        QVERIFY(QFile::remove(link));
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.page.serialport()->isOpen(), 300);
+        QCOMPARE(rig.notify.last(), (QVariantList{QString("当前串口已拔出，请重新打开!"), 255}));
+        QCOMPARE(box->findText(name), -1);
+    }
 };
 
 LARK_TEST_MAIN(TstSerialportWidget)
