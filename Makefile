@@ -21,8 +21,9 @@ DEBS = cmake g++ make pkg-config ccache \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat
-# only the benchmarks need these: two desktop hex editors timed for comparison
-BENCH_DEBS = okteta ghex xdotool
+# only the benchmarks need these: two desktop hex editors and a terminal timed for
+# comparison
+BENCH_DEBS = okteta ghex xdotool putty
 # only the fuzz targets need these: libFuzzer comes with clang
 FUZZ_DEBS = clang-14 libfuzzer-14-dev
 

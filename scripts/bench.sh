@@ -20,5 +20,11 @@ if command -v Xvfb >/dev/null 2>&1 && command -v xdotool >/dev/null 2>&1; then
     echo "== hex editors for comparison"
     "$root/scripts/bench_hexedit_compare.sh" 100 | tee "$tmp/compare.txt"
 fi
+# the serial page and PuTTY on the same pty streams, whole-process CPU of each
+host="$build/bench/serial_host.d/lark_serial_host"
+if [ -x "$host" ] && command -v putty >/dev/null 2>&1 && command -v socat >/dev/null 2>&1; then
+    echo "== serial page against PuTTY"
+    python3 "$root/scripts/serial_vs_putty.py" "$host" "$tmp/records_putty.json" --mb "${PUTTY_MB:-5}"
+fi
 echo
 python3 "$root/scripts/bench_report.py" "$tmp" "$root/bench/report.json"

@@ -4,7 +4,7 @@ hex editor comparison lines into one report: a list of records, one per figure, 
 name, value, unit and the machine's core count. Prints a short table: per benchmark
 its time and its main rate.
 
-usage: bench_report.py <folder with bench_*.json and compare.txt> <report.json>"""
+usage: bench_report.py <folder with bench_*.json, compare.txt, records_*.json> <report.json>"""
 import glob
 import json
 import os
@@ -80,6 +80,14 @@ if os.path.exists(compare):
             record(name + '/window_ms', int(m.group(3)), 'ms')
             record(name + '/rss', int(m.group(4)), 'MiB')
             table.append((name, m.group(3) + ' ms', 'RSS %s MiB' % m.group(4)))
+
+# figures other scripts measured, already as records
+for path in sorted(glob.glob(os.path.join(folder, 'records_*.json'))):
+    with open(path) as f:
+        extra = json.load(f)
+    records.extend(extra)
+    for r in extra:
+        table.append((r['name'], '', '%.3g %s' % (r['value'], r['unit'])))
 
 with open(out_path, 'w') as f:
     json.dump(records, f, indent=1)
