@@ -26,5 +26,9 @@ if [ -x "$host" ] && command -v putty >/dev/null 2>&1 && command -v socat >/dev/
     echo "== serial page against PuTTY"
     python3 "$root/scripts/serial_vs_putty.py" "$host" "$tmp/records_putty.json" --mb "${PUTTY_MB:-5}"
 fi
+if command -v Xvfb >/dev/null 2>&1; then
+    echo "== the whole program idle"
+    python3 "$root/scripts/idle_cpu.py" "$build/larkTools" "${IDLE_SECONDS:-60}" "$tmp/records_idle.json"
+fi
 echo
 python3 "$root/scripts/bench_report.py" "$tmp" "$root/bench/report.json"
