@@ -32,7 +32,7 @@ public:
     static const int RecvViewDelayMs = 30;
     static const int RecvViewMaxChars = 1 << 17;
     static const int RecvViewSlackChars = 1 << 17;
-    static const int RecvViewSliceChars = 1 << 16;
+    static const int RecvViewSliceChars = 1 << 14;
     static const int RecvViewLineChars = 1 << 13;
 
     explicit SerialportWidget(QWidget *parent = nullptr);
