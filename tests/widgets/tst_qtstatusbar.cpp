@@ -36,6 +36,39 @@ private slots:
         QCOMPARE(bar.notifyWidget()->xPos(), 0);
         QVERIFY(!bar.notifyWidget()->isRolling());
     }
+
+    // Counts refreshed with every read of a busy link repaint far less often than they
+    // change, yet the last counts always reach the screen.
+    void aBurstOfCountsRepaintsSeldomButEndsOnTheLast()
+    {
+        QtCountLabel label;
+        label.resize(400, 28);
+        label.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        struct PaintCounter : QObject {
+            int paints = 0;
+            QStringList painted; // the counts shown by the latest paint
+            bool eventFilter(QObject *o, QEvent *e) override
+            {
+                if (e->type() == QEvent::Paint) {
+                    ++paints;
+                    painted = static_cast<QtCountLabel *>(o)->counts();
+                }
+                return false;
+            }
+        } counter;
+        label.installEventFilter(&counter);
+        QTest::qWait(100); // the label has been quiet
+        for (int i = 1; i <= 200; ++i) {
+            label.setCounts({QString("接收字节: %1").arg(i)});
+            QCoreApplication::processEvents();
+        }
+        const int during = counter.paints;
+        QVERIFY2(during < 20, qPrintable(QString::number(during)));
+        QCOMPARE(label.counts(), QStringList{"接收字节: 200"});
+        // the due repaint comes, with the last counts
+        QTRY_COMPARE(counter.painted, QStringList{"接收字节: 200"});
+    }
 };
 
 LARK_TEST_MAIN(TstQtStatusBar)
