@@ -6,7 +6,7 @@ whole-process CPU time of the receiving program is taken from /proc over the str
 Prints CPU seconds per MB of each and their ratio per stream; writes the figures as
 report records (name, value, unit, cores) to OUT when given.
 
-usage: serial_vs_putty.py HOST [OUT.json] [--mb N] [--rounds N]
+usage: serial_vs_putty.py HOST [OUT.json] [--mb N] [--rounds N] [--only NAME,NAME]
 Needs socat, putty and, without a display, Xvfb."""
 import json
 import os
@@ -126,6 +126,11 @@ def main():
         i = argv.index('--rounds')
         rounds = int(argv[i + 1])
         del argv[i:i + 2]
+    only = None
+    if '--only' in argv:
+        i = argv.index('--only')
+        only = argv[i + 1].split(',')
+        del argv[i:i + 2]
     host = argv[0]
     out = argv[1] if len(argv) > 1 else None
     size = int(mb * 1e6)
@@ -139,6 +144,8 @@ def main():
         {'name': 'noise_hex_400KBps_256B', 'data': rnd, 'rate': 400e3, 'chunk': 256, 'flags': ['--hex']},
         {'name': 'noise_ascii_full_speed', 'data': rnd, 'rate': 0, 'chunk': 4096, 'flags': []},
     ]
+    if only:
+        streams = [s for s in streams if s['name'] in only]
     xvfb = None
     if not os.environ.get('DISPLAY'):
         xvfb = subprocess.Popen(['Xvfb', ':87', '-screen', '0', '1280x800x24', '-nolisten', 'tcp'],
