@@ -14,7 +14,15 @@ void QtCompactLog::append(const QString &text)
     if (text.isEmpty())
         return;
     m_nLength += text.size();
-    const QByteArray utf8 = text.toUtf8();
+    // A character outside the basic plane may come in two appends; its first half alone
+    // would not survive the conversion to UTF-8, so it waits for the second.
+    QString whole = m_strHighSurrogate + text;
+    m_strHighSurrogate.clear();
+    if (whole.at(whole.size() - 1).isHighSurrogate()) {
+        m_strHighSurrogate = whole.right(1);
+        whole.chop(1);
+    }
+    const QByteArray utf8 = whole.toUtf8();
     // the open block is reserved once at its full size, so that it never grows past it
     // and emptying it keeps its memory for the next
     if (m_open.capacity() < m_nBlockBytes)
@@ -47,13 +55,15 @@ QString QtCompactLog::text() const
     for (const QByteArray &block : m_blocks)
         all.append(qUncompress(block));
     all.append(m_open);
-    return QString::fromUtf8(all);
+    // with the size: the QByteArray overload stops at the first NUL, and boards send NULs
+    return QString::fromUtf8(all.constData(), all.size()) + m_strHighSurrogate;
 }
 
 void QtCompactLog::clear()
 {
     m_blocks.clear();
     m_open.resize(0);
+    m_strHighSurrogate.clear();
     m_nLength = 0;
     m_nStored = 0;
 }

@@ -36,6 +36,7 @@ private:
     qint64 m_nStored;
     QVector<QByteArray> m_blocks;
     QByteArray m_open;
+    QString m_strHighSurrogate;
 };
 
 #endif // QTCOMPACTLOG_H

@@ -1,8 +1,14 @@
 // The serial page's receive path: the hold rule for a chunk that may end inside a
-// character, then the text shown, in both codecs and both views.
+// character, the text shown, in both codecs and both views, and what the view and
+// the saved text make of it (line breaks, the view's cut and its bounded lines, the
+// compressed text kept for saving).
 #include "FuzzInput.h"
 #include "MyApp.h"
+#include "QtCompactLog.h"
+#include "QtRecvViewFeeder.h"
 #include "SerialRecvRule.h"
+
+#include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -10,8 +16,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const quint8 options = in.byte();
     const bool asciiShown = options & 1;
     MyApp::m_nTextCodecIndex = (options >> 1) & 1;
+    // small blocks and bounds, so that short inputs cross them
+    const int lineBound = 1 + (options >> 2);
+    QtCompactLog log(1 + in.byte());
+    QString whole;
+    int run = 0;
     QByteArray waiting;
     QByteArray chunk;
+    auto show = [&](const QByteArray &bytes) {
+        const QString text = SerialRecvRule::displayText(bytes, !asciiShown);
+        const QString plain = QtRecvViewFeeder::plainTextOf(text);
+        log.append(plain);
+        whole += plain;
+        const QString view = QtRecvViewFeeder::breakLongLines(text, lineBound, run);
+        // the view's breaks are added, nothing else changes
+        if (QString(view).remove(QChar(QChar::ParagraphSeparator)) != QString(text).remove(QChar(QChar::ParagraphSeparator)))
+            abort();
+        const int start = QtRecvViewFeeder::tailStart(text, lineBound * 3);
+        if (start < 0 || start > text.size())
+            abort();
+    };
     while (in.chunk(chunk)) {
         if (SerialRecvRule::holdChunk(chunk, asciiShown, waiting)) {
             waiting = chunk;
@@ -19,8 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         const QByteArray shown = waiting + chunk;
         waiting.clear();
-        SerialRecvRule::displayText(shown, !asciiShown);
+        show(shown);
     }
-    SerialRecvRule::displayText(waiting, !asciiShown);
+    show(waiting);
+    // lone surrogates (no codec makes them) are the one thing UTF-8 cannot keep
+    if (log.text().toUtf8() != whole.toUtf8() || log.length() != whole.size())
+        abort();
     return 0;
 }

@@ -20,6 +20,10 @@ private slots:
         QTest::newRow("default blocks, several sealed")
             << int(QtCompactLog::DefaultBlockBytes) << QStringList{mixed.repeated(150000), "tail"};
         QTest::newRow("nothing") << 16 << QStringList{};
+        // found by fuzzing: a board's NUL cut the saved text short
+        QTest::newRow("NUL characters") << 4 << QStringList{QString("temp=215") + QChar(0) + "\x17", QString(QChar(0)), "ok"};
+        const QString face = QString::fromUtf8("\xF0\x9F\x98\x80");
+        QTest::newRow("a pair of surrogates over two appends") << 3 << QStringList{"a" + face.left(1), face.mid(1) + "b"};
     }
 
     void textComesBackWholeWhateverTheBlocks()
