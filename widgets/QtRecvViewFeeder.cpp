@@ -30,6 +30,21 @@ bool endsLine(const QString &text, int i)
     }
 }
 
+// Characters that begin a break, a carriage return included whatever follows it.
+bool breaksHere(QChar c)
+{
+    switch (c.unicode()) {
+    case '\n':
+    case '\r':
+    case QChar::ParagraphSeparator:
+    case 0xFDD0:
+    case 0xFDD1:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
@@ -41,7 +56,6 @@ QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
     , m_nSliceChars(DefaultSliceChars)
     , m_bFollowEnd(false)
     , m_nViewLineChars(0)
-    , m_nViewRun(0)
 {
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
@@ -122,7 +136,7 @@ void QtRecvViewFeeder::clear()
     m_strPending.clear();
     m_log.clear();
     m_view->clear();
-    m_nViewRun = 0;
+    m_viewRun = ViewRun();
 }
 
 void QtRecvViewFeeder::flush()
@@ -153,7 +167,7 @@ void QtRecvViewFeeder::showSlice(int budget)
         // all that stands in the view would be pushed out at once
         m_strPending.remove(0, tailStart(m_strPending, m_nMaxViewChars));
         m_view->clear();
-        m_nViewRun = 0;
+        m_viewRun = ViewRun();
     }
     const int length = sliceLength(m_strPending, budget);
     QScrollBar *bar = m_view->verticalScrollBar();
@@ -163,7 +177,7 @@ void QtRecvViewFeeder::showSlice(int budget)
     cursor.beginEditBlock();
     cursor.movePosition(QTextCursor::End);
     if (m_nViewLineChars > 0)
-        cursor.insertText(breakLongLines(m_strPending.left(length), m_nViewLineChars, m_nViewRun));
+        cursor.insertText(viewForm(m_strPending.left(length), m_nViewLineChars, m_viewRun));
     else
         cursor.insertText(m_strPending.left(length));
     cursor.endEditBlock();
@@ -193,9 +207,13 @@ void QtRecvViewFeeder::trimView()
     if (block.next().isValid() && blockEnd - excess <= m_nMaxViewChars / 4) {
         cut = blockEnd;
     } else {
+        const QString text = block.text();
         const int inBlock = excess - block.position();
-        const int blank = block.text().indexOf(QLatin1Char(' '), qMax(0, inBlock - 1));
-        if (blank >= 0 && blank - inBlock < 16)
+        const int lineEnd = text.indexOf(QChar(QChar::LineSeparator), qMax(0, inBlock - 1));
+        const int blank = text.indexOf(QLatin1Char(' '), qMax(0, inBlock - 1));
+        if (lineEnd >= 0 && lineEnd - inBlock < m_nMaxViewChars / 4)
+            cut = block.position() + lineEnd + 1;
+        else if (blank >= 0 && blank - inBlock < 16)
             cut = block.position() + blank + 1;
     }
     QTextCursor cursor(doc);
@@ -256,34 +274,55 @@ int QtRecvViewFeeder::tailStart(const QString &text, int maxChars)
     return start;
 }
 
-QString QtRecvViewFeeder::breakLongLines(const QString &text, int maxLine, int &run)
+QString QtRecvViewFeeder::viewForm(const QString &text, int maxLine, ViewRun &run)
 {
+    const QChar *src = text.constData();
     const int n = text.size();
     QString out;
     int copied = 0; // text before this index is in out already
-    int r = run;
-    for (int i = 0; i < n; ++i) {
-        if (endsLine(text, i)) {
-            r = 0;
-            continue;
-        }
-        ++r;
-        if (r < maxLine || (text.at(i) != QLatin1Char(' ') && r < maxLine + 64))
-            continue;
-        if (i + 1 < n && endsLine(text, i + 1))
-            continue; // the paragraph ends here anyway
-        // most text has short lines and never gets here: it goes back untouched
+    int para = run.paragraph;
+    int line = run.line;
+    auto breakAt = [&](int from, int to, QChar mark) {
         if (out.isEmpty())
             out.reserve(n + n / maxLine + 1);
-        out.append(text.constData() + copied, i + 1 - copied);
-        out.append(QChar(QChar::ParagraphSeparator));
-        copied = i + 1;
-        r = 0;
+        out.append(src + copied, from - copied);
+        out.append(mark);
+        copied = to;
+    };
+    for (int i = 0; i < n; ++i) {
+        const ushort c = src[i].unicode();
+        if (c == '\n' || c == '\r') {
+            const int from = i;
+            if (c == '\r' && i + 1 < n && src[i + 1].unicode() == '\n')
+                ++i; // one break, as the document makes it
+            line = 0;
+            if (para < maxLine) {
+                breakAt(from, i + 1, QChar(QChar::LineSeparator));
+                ++para;
+            } else {
+                breakAt(from, i + 1, QChar(QChar::ParagraphSeparator));
+                para = 0;
+            }
+            continue;
+        }
+        if (c == QChar::ParagraphSeparator || c == 0xFDD0 || c == 0xFDD1) {
+            para = line = 0;
+            continue;
+        }
+        ++para;
+        ++line;
+        if (line < maxLine || (c != ' ' && line < maxLine + 64))
+            continue;
+        if (i + 1 < n && breaksHere(src[i + 1]))
+            continue; // the line ends here anyway
+        breakAt(i + 1, i + 1, QChar(QChar::ParagraphSeparator));
+        para = line = 0;
     }
-    run = r;
+    run.paragraph = para;
+    run.line = line;
     if (copied == 0)
         return text;
-    out.append(text.constData() + copied, n - copied);
+    out.append(src + copied, n - copied);
     return out;
 }
 

@@ -23,7 +23,8 @@ class QTimer;
 // event loop; with a delay, text gathers for that long and the pause after a slice
 // grows with what the slice cost. With a view bound, the view holds only the last
 // characters (cut at a line start or after a blank where one lies close) while
-// plainText still gives everything, kept compressed. With a view line bound, a
+// plainText still gives everything, kept compressed. With a view line bound, the
+// lines of a paragraph stay in one paragraph of the view up to that bound, and a
 // paragraph longer than that (running hex) is broken in the view alone, after a
 // blank, so that the view never lays out one huge paragraph again for every change
 // near it; plainText keeps it whole.
@@ -71,11 +72,21 @@ public:
     // at a line start if one lies close, else after a blank (hex bytes stay whole),
     // else exactly.
     static int tailStart(const QString &text, int maxChars);
-    // The view's form of text when paragraphs are bound to maxLine characters: a
-    // paragraph separator follows the first blank at or past the bound (or, with no
-    // blank within 64 more, the character there). run is how many characters the last
-    // paragraph already holds, and is left as it stands after text.
-    static QString breakLongLines(const QString &text, int maxLine, int &run);
+    // How far the view's last paragraph and its last line run, in characters.
+    struct ViewRun {
+        int paragraph = 0;
+        int line = 0;
+    };
+    // The view's form of text when its paragraphs are bound to maxLine characters. The
+    // line ends inside a paragraph become line separators while the paragraph holds
+    // fewer than maxLine characters, so that the view keeps about a paragraph per
+    // appended piece rather than one per line: the document pays for every paragraph
+    // far more than for a line inside one, and the lines read the same. Past the bound
+    // the next line end ends the paragraph. A line longer than the bound (running hex)
+    // gets a paragraph separator after its first blank at or past the bound (or, with
+    // no blank within 64 more, after the character there). run is where the view's
+    // last paragraph and line stand before text, and is left where they stand after.
+    static QString viewForm(const QString &text, int maxLine, ViewRun &run);
 
 private slots:
     void SltShowSlice();
@@ -97,8 +108,8 @@ private:
     int m_nSliceChars;
     bool m_bFollowEnd;
     int m_nViewLineChars;
-    // characters of the view's last paragraph, for the line bound
-    int m_nViewRun;
+    // where the view's last paragraph stands, for the line bound
+    ViewRun m_viewRun;
 };
 
 #endif // QTRECVVIEWFEEDER_H

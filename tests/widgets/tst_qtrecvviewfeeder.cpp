@@ -74,18 +74,25 @@ private slots:
         QFETCH(QStringList, paragraphs);
         QFETCH(int, slice);
 
-        QTextEdit whole, sliced;
+        QTextEdit whole, sliced, bounded;
         QtRecvViewFeeder queue(&sliced);
+        // lines joined into paragraphs of the view up to a bound, and long ones broken
+        QtRecvViewFeeder joined(&bounded);
+        joined.setViewLineChars(600); // longer than any line here
         if (!before.isEmpty()) {
             appendWhole(&whole, before);
             queue.appendParagraph(before);
+            joined.appendParagraph(before);
         }
         for (const QString &p : paragraphs)
             appendWhole(&whole, p);
 
         queue.setSliceChars(slice);
-        for (const QString &p : paragraphs)
+        joined.setSliceChars(slice);
+        for (const QString &p : paragraphs) {
             queue.appendParagraph(p);
+            joined.appendParagraph(p);
+        }
         QVERIFY(queue.isPending());
         QCOMPARE(queue.plainText(), whole.toPlainText());
 
@@ -98,6 +105,9 @@ private slots:
         QCOMPARE(sliced.toPlainText(), whole.toPlainText());
         QCOMPARE(blockTexts(sliced.document()), blockTexts(whole.document()));
         QCOMPARE(queue.plainText(), whole.toPlainText());
+        QTRY_VERIFY(!joined.isPending());
+        QCOMPARE(bounded.toPlainText(), whole.toPlainText());
+        QCOMPARE(joined.plainText(), whole.toPlainText());
     }
 
     void aFollowedViewKeepsFollowingWhileSlicesGoIn()
@@ -172,36 +182,46 @@ private slots:
         QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
     }
 
-    void breakLongLinesBreaksOnlyTheViewsLongParagraphs_data()
+    void viewFormJoinsLinesAndBreaksLongParagraphs_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("maxLine");
-        QTest::addColumn<int>("runBefore");
-        QTest::addColumn<QString>("view"); // '|' marks a break the view gets
-        QTest::addColumn<int>("runAfter");
-        QTest::newRow("short lines untouched") << "ab\ncd\r\nef" << 4 << 0 << "ab\ncd\r\nef" << 2;
-        QTest::newRow("hex broken after the blank past the bound") << "01 02 03 04 05 " << 6 << 0 << "01 02 |03 04 |05 " << 3;
-        QTest::newRow("the run goes on from the last slice") << "03 04 05 " << 6 << 3 << "03 |04 05 |" << 0;
-        QTest::newRow("no blank: cut 64 past the bound") << QString(70, 'x') << 4 << 0 << QString(68, 'x') + "|xx" << 2;
+        QTest::addColumn<QPoint>("runBefore"); // of the paragraph and of its line
+        QTest::addColumn<QString>("view"); // '|' marks a paragraph break, '/' a line break
+        QTest::addColumn<QPoint>("runAfter");
+        QTest::newRow("line ends inside the bound join") << "ab\ncd\r\nef\rg" << 20 << QPoint() << "ab/cd/ef/g" << QPoint(10, 1);
+        QTest::newRow("the first line end past the bound ends it") << "ab\ncd\r\nef" << 4 << QPoint() << "ab/cd|ef" << QPoint(2, 2);
+        QTest::newRow("cr then lf apart are two") << "a\r\r\nb" << 20 << QPoint() << "a//b" << QPoint(4, 1);
+        QTest::newRow("paragraph separators stay") << QString("0102") + QChar(0x2029) + "03\n04" << 5 << QPoint()
+                                                   << "0102|03/04" << QPoint(5, 2);
+        // lines joined past the bound are not broken inside: only a line that long is
+        QTest::newRow("joined lines are not broken") << "ab cd\nef gh" << 6 << QPoint(4, 0) << "ab cd|ef gh" << QPoint(5, 5);
+        QTest::newRow("hex broken after the blank past the bound") << "01 02 03 04 05 " << 6 << QPoint()
+                                                                   << "01 02 |03 04 |05 " << QPoint(3, 3);
+        QTest::newRow("the run goes on from the last slice") << "03 04 05 " << 6 << QPoint(3, 3) << "03 |04 05 |"
+                                                             << QPoint();
+        QTest::newRow("no blank: cut 64 past the bound") << QString(70, 'x') << 4 << QPoint() << QString(68, 'x') + "|xx"
+                                                         << QPoint(2, 2);
         // a break right before a line end would leave an empty line in the view
-        QTest::newRow("no break before a line end") << "01 02 \n03 " << 6 << 0 << "01 02 \n03 " << 3;
-        QTest::newRow("paragraph separators end lines") << QString("0102") + QChar(0x2029) + "0304" << 5 << 0
-                                                        << QString("0102") + QChar(0x2029) + "0304" << 4;
+        QTest::newRow("no break before a line end") << "01 02 \n03 " << 6 << QPoint() << "01 02 |03 " << QPoint(3, 3);
+        QTest::newRow("no break before a cr lf") << "01 02 \r\n03 " << 6 << QPoint() << "01 02 |03 " << QPoint(3, 3);
     }
 
-    void breakLongLinesBreaksOnlyTheViewsLongParagraphs()
+    void viewFormJoinsLinesAndBreaksLongParagraphs()
     {
         QFETCH(QString, text);
         QFETCH(int, maxLine);
-        QFETCH(int, runBefore);
+        QFETCH(QPoint, runBefore);
         QFETCH(QString, view);
-        QFETCH(int, runAfter);
-        int run = runBefore;
-        QString got = QtRecvViewFeeder::breakLongLines(text, maxLine, run);
+        QFETCH(QPoint, runAfter);
+        QtRecvViewFeeder::ViewRun run;
+        run.paragraph = runBefore.x();
+        run.line = runBefore.y();
+        QString got = QtRecvViewFeeder::viewForm(text, maxLine, run);
         got.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('|'));
-        if (!text.contains(QChar(QChar::ParagraphSeparator)))
-            QCOMPARE(got, view);
-        QCOMPARE(run, runAfter);
+        got.replace(QChar(QChar::LineSeparator), QLatin1Char('/'));
+        QCOMPARE(got, view);
+        QCOMPARE(QPoint(run.paragraph, run.line), runAfter);
     }
 
     // The serial page's way with running hex: the view holds no paragraph much longer
@@ -231,6 +251,28 @@ private slots:
         QVERIFY(longest <= 300 + 2);
         // only the breaks differ
         QCOMPARE(blockTexts(bounded.document()).join(QString()), QString(paragraphs.join(QString())));
+    }
+
+    // Lines joined into long paragraphs of the view: the bound still cuts the view at
+    // the start of a line.
+    void aBoundCutsJoinedLinesAtALineStart()
+    {
+        QTextEdit view;
+        QtRecvViewFeeder queue(&view);
+        queue.setViewLineChars(4000);
+        queue.setMaxViewChars(480);
+        QString all;
+        for (int i = 0; i < 20; ++i) {
+            const QString piece = lines(QString("chunk %1 line %2\r\n").arg(i), 20);
+            queue.appendParagraph(piece);
+            all += (all.isEmpty() ? "" : "\n") + QtRecvViewFeeder::plainTextOf(piece);
+            queue.flush();
+        }
+        QVERIFY(view.document()->blockCount() <= 3); // the lines of a piece share its paragraph
+        const QString shown = view.toPlainText();
+        QVERIFY(shown.size() <= 480);
+        QVERIFY2(all.endsWith(shown), qPrintable(shown));
+        QVERIFY2(all.at(all.size() - shown.size() - 1) == '\n', qPrintable(shown));
     }
 
     void plainTextOfIsWhatTheViewGivesBack_data()
