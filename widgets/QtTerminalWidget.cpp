@@ -2,6 +2,7 @@
 #include "MyApp.h"
 #include "NumberTool.h"
 
+#include <QEvent>
 #include <QFont>
 #include <QTextCursor>
 #include <QTime>
@@ -17,6 +18,21 @@ QtTerminalWidget::QtTerminalWidget(QWidget *parent)
     QFont f = font();
     f.setStyleStrategy(QFont::PreferNoShaping);
     setFont(f);
+}
+
+// The style sheets paint the view's background on the frame, round corners and all,
+// and make the viewport see-through. Then every repaint of the text repainted the
+// window, the page and the frame behind it too, and scrolling could not move the
+// pixels already drawn but had to draw the whole view again, dozens of times a second
+// while a board sends. The viewport lies inside the padding, clear of the corners, and
+// its palette holds the sheet's background: filling itself with it looks the same and
+// makes it opaque. A style sheet applied again turns the fill off again, hence here.
+bool QtTerminalWidget::event(QEvent *e)
+{
+    const bool done = QTextBrowser::event(e);
+    if (e->type() == QEvent::Polish || e->type() == QEvent::StyleChange)
+        viewport()->setAutoFillBackground(true);
+    return done;
 }
 
 bool QtTerminalWidget::isEnableCR() const

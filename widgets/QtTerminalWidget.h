@@ -28,6 +28,9 @@ public slots:
     void clearTerminal();
     void insertRecvData(const QByteArray &byData, bool hexShow = true, bool showLog = true);
 
+protected:
+    bool event(QEvent *e) override;
+
 private:
     void moveCursorToEnd();
 

@@ -1,10 +1,31 @@
 #include "LarkTest.h"
 #include "MyApp.h"
 #include "QtTerminalWidget.h"
+#include "UiSkin.h"
 
+#include <QGraphicsDropShadowEffect>
+#include <QPaintEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QtTest>
+
+namespace {
+
+// counts the paint events a widget gets, and gathers what they paint
+struct PaintCounter : QObject {
+    int count = 0;
+    QRegion painted;
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        if (e->type() == QEvent::Paint) {
+            ++count;
+            painted += static_cast<QPaintEvent *>(e)->region();
+        }
+        return false;
+    }
+};
+
+} // namespace
 
 class TstQtTerminalWidget : public QObject
 {
@@ -64,6 +85,50 @@ private slots:
         QCOMPARE(w.recvHistory(), (data + "more").right(20480));
         QCOMPARE(w.textCursor().position(), w.document()->characterCount() - 1);
         QTRY_VERIFY(w.verticalScrollBar()->value() > 0);
+    }
+
+    void aViewFillingItselfLooksTheSameInEverySkin_data()
+    {
+        QTest::addColumn<int>("skin");
+        QTest::newRow("dark") << 0;
+        QTest::newRow("light") << 1;
+    }
+
+    // Text going in and the view scrolling repaint the text alone, never the frame
+    // and page behind it, under either skin, and the view looks as the sheet paints it.
+    void aViewFillingItselfLooksTheSameInEverySkin()
+    {
+        QFETCH(int, skin);
+        UiSkin::LoadStyleSheet(1 - skin);
+        // under a drop shadow, as in the main window: there every region repainted is
+        // painted up from the widget that casts the shadow
+        QWidget window;
+        window.resize(440, 340);
+        QWidget page(&window);
+        page.setGeometry(20, 20, 400, 300);
+        page.setGraphicsEffect(new QGraphicsDropShadowEffect);
+        auto *w = new QtTerminalWidget(&page);
+        w->setGeometry(20, 20, 300, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        UiSkin::LoadStyleSheet(skin); // a skin chosen while the view is up
+        w->setPlainText("x\nyy");
+        QCoreApplication::processEvents();
+        const QImage own = w->grab().toImage();
+        const bool filled = w->viewport()->autoFillBackground();
+        w->viewport()->setAutoFillBackground(false); // the frame's background shows through
+        QCOMPARE(w->grab().toImage(), own);
+        w->viewport()->setAutoFillBackground(filled);
+
+        PaintCounter frame, view;
+        w->installEventFilter(&frame);
+        w->viewport()->installEventFilter(&view);
+        for (int i = 0; i < 5; ++i) {
+            w->insertRecvData(QByteArray("line\r\n").repeated(40), true, false);
+            QTRY_VERIFY(view.count > i);
+        }
+        QVERIFY(w->verticalScrollBar()->value() > 0);
+        QVERIFY(!frame.painted.intersects(w->viewport()->geometry()));
     }
 };
 
