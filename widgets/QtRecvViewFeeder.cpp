@@ -12,25 +12,7 @@
 
 namespace {
 
-// Characters at which a plain-text insertion starts a new paragraph of the document.
-// A carriage return directly followed by a line feed makes one break with it, so a
-// slice never ends between the two: "\r" and "\n" inserted apart would make two.
-bool endsLine(const QString &text, int i)
-{
-    switch (text.at(i).unicode()) {
-    case '\n':
-    case QChar::ParagraphSeparator:
-    case 0xFDD0:
-    case 0xFDD1:
-        return true;
-    case '\r':
-        return i + 1 == text.size() || text.at(i + 1) != QLatin1Char('\n');
-    default:
-        return false;
-    }
-}
-
-// Characters that begin a break, a carriage return included whatever follows it.
+// Characters that begin a break of the document, a carriage return whatever follows it.
 bool breaksHere(QChar c)
 {
     switch (c.unicode()) {
@@ -43,6 +25,16 @@ bool breaksHere(QChar c)
     default:
         return false;
     }
+}
+
+// Characters at which a plain-text insertion starts a new paragraph of the document.
+// A carriage return directly followed by a line feed makes one break with it, so a
+// slice never ends between the two: "\r" and "\n" inserted apart would make two.
+bool endsLine(const QString &text, int i)
+{
+    if (text.at(i) == QLatin1Char('\r'))
+        return i + 1 == text.size() || text.at(i + 1) != QLatin1Char('\n');
+    return breaksHere(text.at(i));
 }
 
 } // namespace
