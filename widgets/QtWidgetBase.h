@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QWidget>
 
+class LinkTap;
+
 // Base of the pages and most custom widgets: draws style sheet backgrounds and
 // carries the page contract the main window relies on (counts for the status bar,
 // notifications).
@@ -18,6 +20,10 @@ public:
     virtual QStringList getCounts();
     // zero this page's counters
     virtual void clearCounts();
+
+    // the page's link as tools see it (capture, plots, automation); pages without a
+    // link have none
+    virtual LinkTap *linkTap() const { return nullptr; }
 
     // "发送字节: %1", "接收字节: %1": the counts of the pages that send and receive bytes
     static QStringList byteCounts(quint64 sent, quint64 received);
