@@ -18,6 +18,7 @@
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
 #include "SerialportWidget.h"
+#include "ToolsMenu.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -108,6 +109,14 @@ void MainWindow::AddSystemMenu()
     QHBoxLayout *layout = new QHBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(1);
+
+    // the additions beyond the specified menus: one place, acting on the page shown
+    QPushButton *btnTools = new QPushButton("工具", this);
+    btnTools->setObjectName("btnTools");
+    btnTools->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xEB01), 12, 16, 16)));
+    m_toolsMenu = new ToolsMenu(m_stackedWidget, this);
+    btnTools->setMenu(m_toolsMenu);
+    layout->addWidget(btnTools);
 
     QPushButton *btnSettings = new QPushButton("设置", this);
     btnSettings->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xE63B), 12, 16, 16)));

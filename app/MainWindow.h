@@ -11,6 +11,7 @@ class QtTabBar;
 class QtTitleBar;
 class QtWaitDialog;
 class QtWidgetBase;
+class ToolsMenu;
 
 // The one top-level window: title bar, tab bar, the stack of the five tool pages and
 // the status bar. It routes each page's notifications and counts to the status bar.
@@ -29,6 +30,7 @@ public:
     QtStatusBar *statusBar() const { return m_statusBar; }
     QtTabBar *tabBar() const { return m_tabBar; }
     QtTitleBar *titleBar() const { return m_titleBar; }
+    ToolsMenu *toolsMenu() const { return m_toolsMenu; }
 
 public slots:
     void SltTabBarClicked(int index);
@@ -54,6 +56,7 @@ private:
     QtStatusBar *m_statusBar = nullptr;
     QtWaitDialog *m_waitDialog = nullptr;
     QtMessageTip *m_messageTip = nullptr;
+    ToolsMenu *m_toolsMenu = nullptr;
 };
 
 #endif // MAINWINDOW_H

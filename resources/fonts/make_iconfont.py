@@ -55,6 +55,7 @@ GLYPHS = {
     0xE762: 0xF1FC,  # paint-brush: skin
     0xE7FE: 0xF0E2,  # undo (rotate-left): undo
     0xEA73: 0xF046,  # check-square-o: legend entry shown
+    0xEB01: 0xF0AD,  # wrench: tools menu
 }
 
 
