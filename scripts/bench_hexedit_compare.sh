@@ -7,12 +7,11 @@ set -eu
 mb=${1:-100}
 tmp=$(mktemp -d /tmp/hexcompare.XXXXXX)
 file=$tmp/compare-${mb}M.bin
-disp=:$(( 150 + $$ % 100 ))
-Xvfb "$disp" -screen 0 1600x1000x24 -nolisten tcp >/dev/null 2>&1 &
-xvfb=$!
-trap 'kill $xvfb 2>/dev/null || true; rm -rf "$tmp"' EXIT
-i=0
-while [ ! -e "/tmp/.X11-unix/X${disp#:}" ] && [ $i -lt 50 ]; do sleep 0.1; i=$((i+1)); done
+# a server of its own even beside a desktop: the editors' windows stay out of sight
+. "$(dirname "$0")/xvfb.sh"
+unset DISPLAY
+lark_xvfb 1600x1000x24
+trap 'lark_xvfb_stop; rm -rf "$tmp"' EXIT
 # the same repeating pattern as the benchmark, read once so it is in the page cache
 python3 -c "
 import sys
@@ -27,12 +26,12 @@ measure() {
     name=$1; shift
     command -v "$1" >/dev/null 2>&1 || { echo "$name: not installed, skipped"; return; }
     start=$(now_ms)
-    DISPLAY=$disp GSK_RENDERER=cairo "$@" "$file" >/dev/null 2>&1 &
+    GSK_RENDERER=cairo "$@" "$file" >/dev/null 2>&1 &
     pid=$!
     # the window is there when one with the file's name in its title is mapped
     shown=""
     while [ $(( $(now_ms) - start )) -lt 60000 ]; do
-        if DISPLAY=$disp xdotool search --onlyvisible --name "compare-${mb}M" >/dev/null 2>&1; then
+        if xdotool search --onlyvisible --name "compare-${mb}M" >/dev/null 2>&1; then
             shown=$(( $(now_ms) - start )); break
         fi
         sleep 0.02

@@ -10,37 +10,22 @@ import subprocess
 import sys
 import time
 
+from larkproc import cpu_seconds, ensure_display
+
+ensure_display()
 program = sys.argv[1]
 seconds = float(sys.argv[2]) if len(sys.argv) > 2 else 60
 out = sys.argv[3] if len(sys.argv) > 3 else None
-tick = os.sysconf('SC_CLK_TCK')
 
-
-def cpu(pid):
-    with open('/proc/%d/stat' % pid) as f:
-        fields = f.read().rsplit(')', 1)[1].split()
-    return (int(fields[11]) + int(fields[12])) / tick
-
-
-xvfb = None
-env = dict(os.environ)
-env.pop('QT_QPA_PLATFORM', None)
-if not env.get('DISPLAY'):
-    xvfb = subprocess.Popen(['Xvfb', ':93', '-screen', '0', '1280x800x24', '-nolisten', 'tcp'],
-                            stderr=subprocess.DEVNULL)
-    env['DISPLAY'] = ':93'
-    time.sleep(1)
-proc = subprocess.Popen([program], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+proc = subprocess.Popen([program], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 try:
     time.sleep(5)  # start-up is not idling
-    c0 = cpu(proc.pid)
+    c0 = cpu_seconds(proc.pid)
     time.sleep(seconds)
-    used = cpu(proc.pid) - c0
+    used = cpu_seconds(proc.pid) - c0
 finally:
     proc.terminate()
     proc.wait()
-    if xvfb:
-        xvfb.terminate()
 percent = used / seconds * 100
 print('idle CPU over %g s: %.3f %% of a core' % (seconds, percent))
 if out:

@@ -17,14 +17,7 @@ import subprocess
 import sys
 import time
 
-TICK = os.sysconf('SC_CLK_TCK')
-
-
-def cpu_seconds(pid):
-    with open('/proc/%d/stat' % pid) as f:
-        fields = f.read().rsplit(')', 1)[1].split()
-    # utime and stime are fields 14 and 15 of the whole line, 12 and 13 after the name
-    return (int(fields[11]) + int(fields[12])) / TICK
+from larkproc import TICK, cpu_seconds, ensure_display
 
 
 def pty_pair():
@@ -115,6 +108,7 @@ def run(program, stream, host):
 
 
 def main():
+    ensure_display()
     argv = sys.argv[1:]
     mb = 5
     rounds = 1
@@ -146,32 +140,21 @@ def main():
     ]
     if only:
         streams = [s for s in streams if s['name'] in only]
-    xvfb = None
-    if not os.environ.get('DISPLAY'):
-        xvfb = subprocess.Popen(['Xvfb', ':87', '-screen', '0', '1280x800x24', '-nolisten', 'tcp'],
-                                stderr=subprocess.DEVNULL)
-        os.environ['DISPLAY'] = ':87'
-        time.sleep(1.0)
-    os.environ.pop('QT_QPA_PLATFORM', None)
     records = []
     cores = os.cpu_count()
     print('%-26s %12s %12s %7s' % ('stream (%g MB)' % mb, 'ours s/MB', 'PuTTY s/MB', 'ratio'))
-    try:
-        for s in streams:
-            ours, theirs = [], []
-            for _ in range(rounds):
-                # alternating, so that a change in the machine's load hits both alike
-                ours.append(run('ours', s, host)[0])
-                theirs.append(run('putty', s, host)[0])
-            a, b = min(ours), min(theirs)
-            ratio = a / b if b > 0 else float('inf')
-            print('%-26s %12.3f %12.3f %7.2f' % (s['name'], a, b, ratio), flush=True)
-            for key, value, unit in (('ours', a, 's/MB'), ('putty', b, 's/MB'), ('ratio', ratio, 'x')):
-                records.append({'name': 'serial_vs_putty/%s/%s' % (s['name'], key), 'value': value,
-                                'unit': unit, 'cores': cores})
-    finally:
-        if xvfb:
-            xvfb.terminate()
+    for s in streams:
+        ours, theirs = [], []
+        for _ in range(rounds):
+            # alternating, so that a change in the machine's load hits both alike
+            ours.append(run('ours', s, host)[0])
+            theirs.append(run('putty', s, host)[0])
+        a, b = min(ours), min(theirs)
+        ratio = a / b if b > 0 else float('inf')
+        print('%-26s %12.3f %12.3f %7.2f' % (s['name'], a, b, ratio), flush=True)
+        for key, value, unit in (('ours', a, 's/MB'), ('putty', b, 's/MB'), ('ratio', ratio, 'x')):
+            records.append({'name': 'serial_vs_putty/%s/%s' % (s['name'], key), 'value': value,
+                            'unit': unit, 'cores': cores})
     if out:
         with open(out, 'w') as f:
             json.dump(records, f, indent=1)

@@ -1,0 +1,27 @@
+"""What the measuring scripts share: a process's CPU time as /proc counts it, and a
+display for programs that need one."""
+import os
+import sys
+
+TICK = os.sysconf('SC_CLK_TCK')
+XVFB_SH = os.path.join(os.path.dirname(os.path.abspath(__file__)), 'xvfb.sh')
+
+
+def cpu_seconds(pid):
+    """User plus system CPU seconds of pid so far."""
+    with open('/proc/%d/stat' % pid) as f:
+        # the name in parentheses may hold spaces: count fields after its closing one
+        fields = f.read().rsplit(')', 1)[1].split()
+    # utime and stime are fields 14 and 15 of the whole line, 12 and 13 after the name
+    return (int(fields[11]) + int(fields[12])) / TICK
+
+
+def ensure_display(screen='1280x800x24'):
+    """Without DISPLAY, runs this script again under xvfb.sh, which starts Xvfb on a
+    free display and stops it when the script ends; with one, returns. The programs
+    measured must draw on X, so Qt's offscreen platform is dropped either way."""
+    os.environ.pop('QT_QPA_PLATFORM', None)
+    if os.environ.get('DISPLAY'):
+        return
+    args = [XVFB_SH, '--screen', screen, sys.executable] + sys.argv
+    os.execv(XVFB_SH, args)
