@@ -1,1 +1,0 @@
-// placeholder translation unit for a folder library without classes yet
