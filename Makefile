@@ -18,6 +18,7 @@ JOBS ?= 2
 
 DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
+       libqt5x11extras5-dev libxcb1-dev \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat

@@ -1,17 +1,23 @@
 #include "QtSerialPort.h"
 
-#include <QGuiApplication>
-#include <qpa/qplatformintegration.h>
-#include <private/qguiapplication_p.h>
 #include <QDebug>
+#include <QGuiApplication>
 #include <QSerialPort>
+#include <QX11Info>
+#include <xcb/xcb.h>
 
-// what QApplication::beep does, without bringing the widget library into the link
-// layer; a process without a GUI (a simulator, a fuzz target) stays silent
+// The bell QApplication::beep rings, without bringing the widget library into the
+// link layer: on X11 that is the server's bell at the base volume, rung on the
+// application's own connection; other platforms have none. A process without a GUI
+// (a simulator, a fuzz target) stays silent.
 static void beep()
 {
-    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
-        QGuiApplicationPrivate::platformIntegration()->beep();
+    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()) || !QX11Info::isPlatformX11())
+        return;
+    if (xcb_connection_t *connection = QX11Info::connection()) {
+        xcb_bell(connection, 0);
+        xcb_flush(connection);
+    }
 }
 
 QtSerialPort::QtSerialPort(QObject *parent)
