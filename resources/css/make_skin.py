@@ -7,7 +7,8 @@ The template is the sheet both skins share. In it:
   @name@          the palette's value for name (colours and other values that differ
                   between the skins);
   [SKIN] text     a line that only the sheet of SKIN ("default" or "white") has, e.g.
-                  a comment in that sheet's language or a rule the other skin lacks.
+                  a comment in that sheet's language or a rule the other skin lacks;
+  // text         a note on the template itself, in neither sheet.
 The palette is a list of "name: value;" entries, /* comments */ allowed. The entry
 "byte-order-mark: yes;" starts the sheet with a UTF-8 byte order mark.
 
@@ -48,6 +49,8 @@ def render(template, palette, skin, where):
 
     lines = []
     for line in template.splitlines(keepends=True):
+        if line.startswith('//'):
+            continue
         only = ONLY.match(line)
         if only:
             if only.group(1) != skin:
