@@ -1,4 +1,5 @@
 #include "LarkPtyPair.h"
+#include "LarkTapSpy.h"
 #include "LarkTest.h"
 #include "MyApp.h"
 #include "NumberTool.h"
@@ -8,6 +9,7 @@
 #include "QtRecvViewFeeder.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
+#include "LinkTap.h"
 #include "SerialportWidget.h"
 #include "StatusLabel.h"
 
@@ -136,6 +138,35 @@ private slots:
         QTest::newRow("ascii log") << false << true << QByteArrayList{"ab", "cd"}
                                    << "^" + tag + " ASCII >\\nab\\n" + tag + " ASCII >\\ncd$";
         QTest::newRow("hex log") << true << true << QByteArrayList{"ok"} << "^" + tag + " HEX >\\n6F 6B $";
+    }
+
+    // the tap sees raw bytes also when the view holds them, writes like the send box
+    // and sees every close
+    void theTapSeesTheLinkAndWritesLikeTheSendBox_data()
+    {
+        QTest::addColumn<bool>("byWatcher");
+        QTest::newRow("closed by the user") << false;
+        QTest::newRow("closed by the port watcher") << true;
+    }
+    void theTapSeesTheLinkAndWritesLikeTheSendBox()
+    {
+        QFETCH(bool, byWatcher);
+        Rig rig;
+        LarkTapSpy tap(rig.page.linkTap());
+        QCOMPARE(rig.page.linkTap()->write("early"), qint64(-1));
+        QVERIFY(rig.open());
+        rig.child<QCheckBox>("chkStopShow")->setChecked(true);
+        QVERIFY(rig.boardSendsOneRead("ab\xE4"));
+        QCOMPARE(LarkTapSpy::joined(tap.received), QByteArray("ab\xE4"));
+        QCOMPARE(rig.page.linkTap()->write("ping"), qint64(4));
+        QCOMPARE(rig.pty.boardReadAtLeast(4), QByteArray("ping"));
+        QCOMPARE(rig.page.sendCount(), quint32(4));
+        QCOMPARE(LarkTapSpy::joined(tap.sent), QByteArray("ping"));
+        if (byWatcher)
+            rig.page.SltSerialportChanged({});
+        else
+            rig.child<QPushButton>("btnOpen")->click();
+        QCOMPARE(tap.life(), "open " + rig.pty.programPath() + " closed x1");
     }
 
     void receivedBytesShowInTheChosenForm()
