@@ -11,6 +11,7 @@
 #include "QtTerminalWidget.h"
 #include "LinkTap.h"
 #include "SerialportWidget.h"
+#include "UiSkin.h"
 #include "StatusLabel.h"
 
 #include <QTextBlock>
@@ -167,6 +168,39 @@ private slots:
         else
             rig.child<QPushButton>("btnOpen")->click();
         QCOMPARE(tap.life(), "open " + rig.pty.programPath() + " closed x1");
+    }
+
+    // a skin's borders and padding move the bar's end: a view left at its end follows
+    // new data in the other skin too, one scrolled up stays where the user left it
+    void theViewFollowsNewDataAcrossASkinSwitch_data()
+    {
+        QTest::addColumn<bool>("scrolledUp");
+        QTest::newRow("at the end") << false;
+        QTest::newRow("scrolled up") << true;
+    }
+    void theViewFollowsNewDataAcrossASkinSwitch()
+    {
+        QFETCH(bool, scrolledUp);
+        Rig rig;
+        UiSkin::LoadStyleSheet(0);
+        rig.page.resize(900, 600);
+        rig.page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&rig.page) && rig.open());
+        QScrollBar *bar = rig.page.terminal()->verticalScrollBar();
+        QVERIFY(rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        // the view lays out a long text over a few turns of the event loop
+        QTRY_VERIFY(bar->maximum() > 0);
+        if (scrolledUp)
+            bar->setValue(bar->maximum() / 2);
+        const int left = bar->value();
+        const int end = bar->maximum();
+        UiSkin::LoadStyleSheet(1);
+        QVERIFY(rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        QTRY_VERIFY(bar->maximum() > end + 100);
+        QCOMPARE(bar->value(), scrolledUp ? left : bar->maximum());
+        qApp->setStyleSheet(QString());
     }
 
     void receivedBytesShowInTheChosenForm()
