@@ -52,6 +52,18 @@ void QtSerialPortForm::setLampAndButton(StatusLabel *lamp, QPushButton *button)
     m_btnOpen = button;
 }
 
+void QtSerialPortForm::share(QComboBox *&port, QComboBox *&baud, QComboBox *&parity, QComboBox *&dataBits,
+                             QComboBox *&stopBits, StatusLabel *&lamp, QPushButton *&button) const
+{
+    port = m_cbxPort;
+    baud = m_cbxBaud;
+    parity = m_cbxParity;
+    dataBits = m_cbxDataBits;
+    stopBits = m_cbxStopBits;
+    lamp = m_statusLabel;
+    button = m_btnOpen;
+}
+
 SerialSettings QtSerialPortForm::settings(const QString &path) const
 {
     SerialSettings s;

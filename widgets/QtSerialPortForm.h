@@ -32,6 +32,9 @@ public:
     QtSerialPortForm(QWidget *group, QGridLayout *grid, int rows, LinkTap *tap);
 
     void setLampAndButton(StatusLabel *lamp, QPushButton *button);
+    // the controls under the names a page of its own keeps for them
+    void share(QComboBox *&port, QComboBox *&baud, QComboBox *&parity, QComboBox *&dataBits,
+               QComboBox *&stopBits, StatusLabel *&lamp, QPushButton *&button) const;
 
     // the boxes as a port takes them for the device at path
     SerialSettings settings(const QString &path) const;

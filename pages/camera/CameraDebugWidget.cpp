@@ -57,8 +57,7 @@ CameraDebugWidget::CameraDebugWidget(QWidget *parent)
     m_rateTimer = new QTimer(this);
     m_rateTimer->setInterval(1000);
     connect(m_rateTimer, SIGNAL(timeout()), this, SLOT(SltCalculationRate()));
-    m_tap = new LinkTap(this);
-    m_tap->setWriter([this](const QByteArray &bytes) { return writeToLink(bytes); });
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToLink(bytes); }, this);
     InitWidget();
     InitLinks();
 }

@@ -44,8 +44,7 @@ NetworkToolWidget::NetworkToolWidget(QWidget *parent)
     , m_udpSocket(nullptr)
 {
     clearCounts();
-    m_tap = new LinkTap(this);
-    m_tap->setWriter([this](const QByteArray &bytes) { return sendCounted(bytes); });
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return sendCounted(bytes); }, this);
     InitWidget();
     InitNetwork();
 }

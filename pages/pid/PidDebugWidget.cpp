@@ -44,8 +44,7 @@ PidDebugWidget::PidDebugWidget(QWidget *parent)
     m_frameHeader.append(char(82));
     m_frameHeader.append(char(75));
     std::memset(m_channels, 0, sizeof m_channels);
-    m_tap = new LinkTap(this);
-    m_tap->setWriter([this](const QByteArray &bytes) { return writeToPort(bytes); });
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToPort(bytes); }, this);
 
     InitWidget();
     InitPlot();
@@ -84,13 +83,7 @@ void PidDebugWidget::InitWidget()
     portLayout->setHorizontalSpacing(2);
     portLayout->setVerticalSpacing(10);
     m_portForm = new QtSerialPortForm(groupPort, portLayout, QtSerialPortForm::PortRow | QtSerialPortForm::OpenRow, m_tap);
-    m_cbxPortName = m_portForm->m_cbxPort;
-    m_cbxBaudrate = m_portForm->m_cbxBaud;
-    m_cbxParity = m_portForm->m_cbxParity;
-    m_cbxDataBits = m_portForm->m_cbxDataBits;
-    m_cbxStopBits = m_portForm->m_cbxStopBits;
-    m_btnOpen = m_portForm->m_btnOpen;
-    m_statusLabel = m_portForm->m_statusLabel;
+    m_portForm->share(m_cbxPortName, m_cbxBaudrate, m_cbxParity, m_cbxDataBits, m_cbxStopBits, m_statusLabel, m_btnOpen);
     connect(m_btnOpen, SIGNAL(clicked(bool)), this, SLOT(SltOpenSerialport()));
 
     auto *groupPid = new QGroupBox("PID值配置", this);

@@ -39,8 +39,7 @@ SerialportWidget::SerialportWidget(QWidget *parent)
     m_recvTimer = new QTimer(this);
     m_recvTimer->setSingleShot(true);
     m_recvTimer->setInterval(50);
-    m_tap = new LinkTap(this);
-    m_tap->setWriter([this](const QByteArray &bytes) { return writeToPort(bytes); });
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToPort(bytes); }, this);
 
     InitWidget();
     clearCounts();
@@ -81,13 +80,7 @@ QWidget *SerialportWidget::InitConfigColumn()
     gridPort->setContentsMargins(5, 5, 5, 5);
     gridPort->setSpacing(5);
     m_portForm = new QtSerialPortForm(groupPort, gridPort, QtSerialPortForm::PortRow | QtSerialPortForm::OpenRow, m_tap);
-    m_cbxPort = m_portForm->m_cbxPort;
-    m_cbxBaud = m_portForm->m_cbxBaud;
-    m_cbxParity = m_portForm->m_cbxParity;
-    m_cbxDataBits = m_portForm->m_cbxDataBits;
-    m_cbxStopBits = m_portForm->m_cbxStopBits;
-    m_statusLabel = m_portForm->m_statusLabel;
-    m_btnOpen = m_portForm->m_btnOpen;
+    m_portForm->share(m_cbxPort, m_cbxBaud, m_cbxParity, m_cbxDataBits, m_cbxStopBits, m_statusLabel, m_btnOpen);
     gridPort->setColumnStretch(1, 1);
 
     QtRecvConfigGroup *groupRecv = new QtRecvConfigGroup(column);
