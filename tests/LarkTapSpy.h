@@ -1,27 +1,16 @@
 #ifndef LARKTAPSPY_H
 #define LARKTAPSPY_H
 
-#include <QByteArray>
 #include <QSignalSpy>
 
-// What a page's link tap told, gathered for a test: its life and the bytes both ways.
+// What a page's link tap told a test: its life as "open NAME closed xN", bytes each way.
 struct LarkTapSpy {
     explicit LarkTapSpy(QObject *tap)
-        : opened(tap, SIGNAL(opened(QString)))
-        , closed(tap, SIGNAL(closed()))
-        , received(tap, SIGNAL(received(QByteArray)))
-        , sent(tap, SIGNAL(sent(QByteArray)))
-    {
-    }
-    QSignalSpy opened, closed, received, sent;
-
-    // the life so far, "open NAME" and "closed" in order of the calls seen so far
-    // (closes follow opens: a tap never closes what it did not open)
-    QString life() const
-    {
-        QString text = opened.isEmpty() ? QString() : "open " + opened.last().at(0).toString();
-        return closed.isEmpty() ? text : text + QString(" closed x%1").arg(closed.count());
-    }
+        : opened(tap, SIGNAL(opened(QString))), closed(tap, SIGNAL(closed())), in(tap, SIGNAL(received(QByteArray))), out(tap, SIGNAL(sent(QByteArray))) {}
+    QSignalSpy opened, closed, in, out;
+    QString life() const { return QString(opened.count() == 1 ? "open %1 closed x%2" : "opened x%3").arg(opened.value(0).value(0).toString()).arg(closed.count()).arg(opened.count()); }
+    QByteArray received() const { return joined(in); }
+    QByteArray sent() const { return joined(out); }
     static QByteArray joined(const QSignalSpy &spy)
     {
         QByteArray all;

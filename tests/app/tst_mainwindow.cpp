@@ -1,3 +1,4 @@
+#include "GraphConfigWidget.h"
 #include "HexEditWidget.h"
 #include "LarkTest.h"
 #include "MainWindow.h"
@@ -150,17 +151,11 @@ private slots:
         action(skin)->trigger();
         m_window->stackedWidget()->setCurrentIndex(3);
         StatusLabel *lamp = page(3)->findChild<StatusLabel *>();
-        QWidget *legend = nullptr;
-        for (QWidget *w : page(3)->findChildren<QWidget *>())
-            if (w->metaObject()->className() == QByteArray("GraphConfigWidget"))
-                legend = w;
-        QPushButton *settings = nullptr;
+        QWidget *legend = page(3)->findChild<GraphConfigWidget *>(), *settings = nullptr;
         for (QPushButton *b : m_window->findChildren<QPushButton *>())
-            if (b->text() == "设置")
-                settings = b;
+            settings = b->text() == "设置" ? b : settings;
         QTRY_VERIFY(contrast(lamp, QRect(0, 0, lamp->width() - 22, lamp->height())) > 100);
-        QVERIFY(contrast(legend, QRect(10, 0, 50, legend->height())) > 100);
-        QVERIFY(contrast(settings, QRect(6, 4, 20, settings->height() - 8)) > 100);
+        QVERIFY(contrast(legend, QRect(10, 0, 50, legend->height())) > 100 && contrast(settings, QRect(6, 4, 20, 20)) > 100);
     }
 
     void restoreDefaultsResetsOnlyWhenConfirmed()

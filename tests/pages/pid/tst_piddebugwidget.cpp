@@ -246,19 +246,14 @@ private slots:
     {
         QFETCH(bool, byWatcher);
         LarkTapSpy tap(m_page->linkTap());
-        QVERIFY(openPort());
-        const QByteArray started = boardFrame(1, 4);
-        QVERIFY(boardSends("junk" + started));
-        QCOMPARE(LarkTapSpy::joined(tap.received), "junk" + started);
+        const QByteArray started = boardFrame(1, 4), stop = boardFrame(1, 0x13);
+        QVERIFY(openPort() && boardSends("junk" + started));
+        QCOMPARE(tap.received(), "junk" + started);
         QCOMPARE(m_page->linkTap()->write("ping"), qint64(4));
         QCOMPARE(m_pty->boardReadAtLeast(4), QByteArray("ping"));
-        if (byWatcher)
-            m_page->SltSerialportChanged({});
-        else
-            button("关闭串口")->click();
-        const QByteArray stop = boardFrame(1, 0x13);
+        byWatcher ? m_page->SltSerialportChanged({}) : button("关闭串口")->click();
         QCOMPARE(m_pty->boardReadAtLeast(stop.size()), stop);
-        QCOMPARE(LarkTapSpy::joined(tap.sent), "ping" + stop);
+        QCOMPARE(tap.sent(), "ping" + stop);
         QCOMPARE(tap.life(), "open " + m_pty->programPath() + " closed x1");
     }
 
