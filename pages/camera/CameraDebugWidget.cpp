@@ -64,6 +64,7 @@ CameraDebugWidget::CameraDebugWidget(QWidget *parent)
 
 CameraDebugWidget::~CameraDebugWidget()
 {
+    m_tap->reportClosed();
     // the links report their last disconnects while they go down, into a page that
     // is half destroyed by then
     m_tcpServer->disconnect(this);

@@ -51,6 +51,7 @@ NetworkToolWidget::NetworkToolWidget(QWidget *parent)
 
 NetworkToolWidget::~NetworkToolWidget()
 {
+    m_tap->reportClosed();
     // The transports report their last disconnects while they go down; by then the
     // widgets those slots touch are half destroyed, so the page stops listening first.
     m_tcpServer->disconnect(this);

@@ -53,6 +53,7 @@ PidDebugWidget::PidDebugWidget(QWidget *parent)
 
 PidDebugWidget::~PidDebugWidget()
 {
+    m_tap->reportClosed();
     // no SendStop here: the board keeps running when the program goes
     if (m_serialPort && m_serialPort->isOpen())
         m_serialPort->close();

@@ -48,6 +48,8 @@ SerialportWidget::SerialportWidget(QWidget *parent)
 
 SerialportWidget::~SerialportWidget()
 {
+    // tools hear the end of a link that goes with the program, while the page stands
+    m_tap->reportClosed();
     if (m_serialport->isOpen())
         m_serialport->close();
     delete m_serialport;
