@@ -5,6 +5,12 @@ LinkTap::LinkTap(QObject *parent)
 {
 }
 
+LinkTap::LinkTap(Writer writer, QObject *parent)
+    : QObject(parent)
+    , m_writer(std::move(writer))
+{
+}
+
 void LinkTap::setWriter(Writer writer)
 {
     m_writer = std::move(writer);

@@ -25,6 +25,8 @@ public:
     using Writer = std::function<qint64(const QByteArray &)>;
 
     explicit LinkTap(QObject *parent = nullptr);
+    // a page's tap with its write routine
+    LinkTap(Writer writer, QObject *parent);
 
     // ---- page side
     // the page's write routine; it must report what it wrote through reportSent

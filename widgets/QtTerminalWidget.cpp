@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QFont>
+#include <QScrollBar>
 #include <QTextCursor>
 #include <QTime>
 
@@ -18,6 +19,27 @@ QtTerminalWidget::QtTerminalWidget(QWidget *parent)
     QFont f = font();
     f.setStyleStrategy(QFont::PreferNoShaping);
     setFont(f);
+
+    QScrollBar *bar = verticalScrollBar();
+    connect(bar, SIGNAL(valueChanged(int)), this, SLOT(SltScrollMoved(int)));
+    connect(bar, SIGNAL(rangeChanged(int,int)), this, SLOT(SltScrollRangeChanged(int,int)));
+}
+
+// A view at its bottom stays there whatever moves the bottom. Writers follow new text
+// when the bar stands at its maximum as they insert; but a relayout between two
+// inserts (another skin's border and padding, a resize, the fold button) moves the
+// maximum and leaves the bar just short of it, and from then on no insert followed
+// until the user dragged the bar down again.
+void QtTerminalWidget::SltScrollMoved(int value)
+{
+    m_bAtBottom = value >= verticalScrollBar()->maximum();
+}
+
+void QtTerminalWidget::SltScrollRangeChanged(int min, int max)
+{
+    Q_UNUSED(min)
+    if (m_bAtBottom)
+        verticalScrollBar()->setValue(max);
 }
 
 // The style sheets paint the view's background on the frame, round corners and all,

@@ -31,12 +31,18 @@ public slots:
 protected:
     bool event(QEvent *e) override;
 
+private slots:
+    void SltScrollMoved(int value);
+    void SltScrollRangeChanged(int min, int max);
+
 private:
     void moveCursorToEnd();
 
     QString m_strTerminalText;
     bool m_bEnableCR;
     QByteArray m_byRecvData;
+    // the user left the view at its end: it follows the end wherever that moves
+    bool m_bAtBottom = true;
 };
 
 #endif // QTTERMINALWIDGET_H

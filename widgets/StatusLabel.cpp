@@ -38,6 +38,17 @@ QColor StatusLabel::lampColor(bool status)
     return QColor(status ? "#02a1dd" : "#797979");
 }
 
+QColor StatusLabel::textColor() const
+{
+    return m_textColor.isValid() ? m_textColor : QColor(UiSkin::m_strTextColor);
+}
+
+void StatusLabel::setTextColor(const QColor &color)
+{
+    m_textColor = color;
+    update();
+}
+
 QSize StatusLabel::sizeHint() const
 {
     return QSize(60, 22);
@@ -47,7 +58,7 @@ void StatusLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(UiSkin::m_strTextColor));
+    painter.setPen(textColor());
     QFont font(UiSkin::m_strAppFontNormal);
     font.setPixelSize(13);
     painter.setFont(font);

@@ -7,6 +7,8 @@
 class StatusLabel : public QWidget
 {
     Q_OBJECT
+    // the text's colour; the skins set it, UiSkin::m_strTextColor until one does
+    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor)
 public:
     explicit StatusLabel(QWidget *parent = nullptr);
 
@@ -24,6 +26,9 @@ public:
 
     QSize sizeHint() const override;
 
+    QColor textColor() const;
+    void setTextColor(const QColor &color);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
@@ -31,6 +36,7 @@ private:
     QString m_strText;
     bool m_bStatus = false;
     Qt::Alignment m_alignment = Qt::AlignVCenter;
+    QColor m_textColor;
 };
 
 #endif // STATUSLABEL_H

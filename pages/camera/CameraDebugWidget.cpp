@@ -6,10 +6,11 @@
 #include "CameraImageDecoder.h"
 #include "ImageFormatConfig.h"
 #include "ImageViewer.h"
+#include "LinkTap.h"
 #include "NumberTool.h"
 #include "QextSerialPort.h"
 #include "QtMessageTip.h"
-#include "QtSerialConfigLists.h"
+#include "QtSerialPortForm.h"
 #include "StatusLabel.h"
 #include "TcpServer.h"
 
@@ -56,12 +57,14 @@ CameraDebugWidget::CameraDebugWidget(QWidget *parent)
     m_rateTimer = new QTimer(this);
     m_rateTimer->setInterval(1000);
     connect(m_rateTimer, SIGNAL(timeout()), this, SLOT(SltCalculationRate()));
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToLink(bytes); }, this);
     InitWidget();
     InitLinks();
 }
 
 CameraDebugWidget::~CameraDebugWidget()
 {
+    m_tap->reportClosed();
     // the links report their last disconnects while they go down, into a page that
     // is half destroyed by then
     m_tcpServer->disconnect(this);
@@ -110,23 +113,15 @@ void CameraDebugWidget::InitWidget()
     netLayout->addStretch();
 
     QWidget *serialPage = new QWidget(m_stackedConfig);
-    m_cbxBaudrate = new QComboBox(serialPage);
-    m_cbxBaudrate->setEditable(true);
-    m_cbxParity = new QComboBox(serialPage);
-    m_cbxDataBits = new QComboBox(serialPage);
-    m_cbxStopBits = new QComboBox(serialPage);
-    QtSerialConfigLists::fill(m_cbxBaudrate, m_cbxParity, m_cbxDataBits, m_cbxStopBits);
     QGridLayout *serialLayout = new QGridLayout(serialPage);
     serialLayout->setContentsMargins(0, 0, 0, 0);
     serialLayout->setSpacing(5);
-    serialLayout->addWidget(new QLabel("波特率", serialPage), 0, 0);
-    serialLayout->addWidget(m_cbxBaudrate, 0, 1);
-    serialLayout->addWidget(new QLabel("校验位", serialPage), 1, 0);
-    serialLayout->addWidget(m_cbxParity, 1, 1);
-    serialLayout->addWidget(new QLabel("数据位", serialPage), 2, 0);
-    serialLayout->addWidget(m_cbxDataBits, 2, 1);
-    serialLayout->addWidget(new QLabel("停止位", serialPage), 3, 0);
-    serialLayout->addWidget(m_cbxStopBits, 3, 1);
+    // the port itself is picked in the link box
+    m_serialForm = new QtSerialPortForm(serialPage, serialLayout, 0, m_tap);
+    m_cbxBaudrate = m_serialForm->m_cbxBaud;
+    m_cbxParity = m_serialForm->m_cbxParity;
+    m_cbxDataBits = m_serialForm->m_cbxDataBits;
+    m_cbxStopBits = m_serialForm->m_cbxStopBits;
     serialLayout->setColumnStretch(1, 1);
     m_stackedConfig->addWidget(netPage);
     m_stackedConfig->addWidget(serialPage);
@@ -193,6 +188,7 @@ void CameraDebugWidget::InitWidget()
     m_statusLabel->setFixedWidth(60);
     m_btnOpen = new QPushButton("开始监听", column);
     m_btnOpen->setObjectName("btnOpen");
+    m_serialForm->setLampAndButton(m_statusLabel, m_btnOpen);
     QHBoxLayout *openLayout = new QHBoxLayout;
     openLayout->setContentsMargins(0, 0, 0, 0);
     openLayout->setSpacing(5);
@@ -248,6 +244,8 @@ void CameraDebugWidget::InitLinks()
 
     m_serialPort = new QextSerialPort(QextSerialPort::EventDriven);
     connect(m_serialPort, SIGNAL(readyRead()), this, SLOT(SltRecvSerialportData()));
+
+    m_links = NetLinkSet(m_tcpServer, m_tcpClient, m_udpSocket);
 }
 
 QString CameraDebugWidget::getImageSuffix(unsigned char format)
@@ -302,15 +300,17 @@ void CameraDebugWidget::SendReplyMessage(unsigned char addr, unsigned char statu
 
 void CameraDebugWidget::WriteDataToDevice(const QByteArray &data)
 {
-    const int index = m_cbxProtocol->currentIndex();
-    if (index == 0)
-        m_tcpServer->SltSendMsgToAllClient(data);
-    else if (index == 1)
-        m_tcpClient->write(data);
-    else if (index == 2)
-        m_udpSocket->write(data);
-    else if (index >= 3)
-        m_serialPort->write(data);
+    writeToLink(data);
+}
+
+qint64 CameraDebugWidget::writeToLink(const QByteArray &data)
+{
+    // the link box decides, also while the link it names is down: such writes fail
+    const NetLinkSet::Kind kind = NetLinkSet::kind(m_cbxProtocol->currentIndex());
+    const qint64 written = kind == NetLinkSet::SerialLink ? m_serialPort->write(data) : m_links.write(kind, data);
+    if (written >= 0)
+        m_tap->reportSent(data);
+    return written;
 }
 
 void CameraDebugWidget::SltReadWriteRegister(const QString &strAddr, const QString &strValue, int regId)
@@ -343,6 +343,7 @@ void CameraDebugWidget::SltReadWriteRegister(const QString &strAddr, const QStri
 void CameraDebugWidget::SltRecvImageData(const QString &name, const QByteArray &byData)
 {
     Q_UNUSED(name)
+    m_tap->reportReceived(byData);
     m_nRecvBytes += byData.size();
     handleChunk(byData);
 }
@@ -500,19 +501,28 @@ void CameraDebugWidget::SltReadyFromUdp()
 
 void CameraDebugWidget::SltChangeProtocol(int index)
 {
-    m_stackedConfig->setCurrentIndex(index < 3 ? 0 : 1);
-    if (index == 0) {
-        m_labAddress->setText("2.本地IP地址");
-        m_btnOpen->setText(m_tcpServer->isListening() ? "关闭监听" : "开始监听");
-    } else if (index == 1) {
-        m_labAddress->setText("2.服务器地址");
-        m_btnOpen->setText(m_tcpClient->isOpen() ? "断开连接" : "开始连接");
-    } else if (index == 2) {
-        m_labAddress->setText("2.本地IP地址");
-        m_btnOpen->setText(m_udpSocket->state() == QAbstractSocket::BoundState ? "关闭监听" : "开始监听");
-    } else if (index >= 3) {
-        m_btnOpen->setText(m_serialPort->isOpen() ? "关闭串口" : "打开串口");
-    }
+    // by link: the address caption (the serial settings have none), the button
+    // running and idle
+    static const struct {
+        const char *caption;
+        const char *running;
+        const char *idle;
+    } texts[] = {{"2.本地IP地址", "关闭监听", "开始监听"},
+                 {"2.服务器地址", "断开连接", "开始连接"},
+                 {"2.本地IP地址", "关闭监听", "开始监听"},
+                 {nullptr, "关闭串口", "打开串口"}};
+    const NetLinkSet::Kind kind = NetLinkSet::kind(index);
+    m_stackedConfig->setCurrentIndex(kind == NetLinkSet::SerialLink && index >= 0 ? 1 : 0);
+    if (index < 0)
+        return; // the box is being refilled
+    if (texts[kind].caption)
+        m_labAddress->setText(texts[kind].caption);
+    m_btnOpen->setText(linkRunning(kind) ? texts[kind].running : texts[kind].idle);
+}
+
+bool CameraDebugWidget::linkRunning(NetLinkSet::Kind kind) const
+{
+    return kind == NetLinkSet::SerialLink ? m_serialPort->isOpen() : m_links.isRunning(kind);
 }
 
 void CameraDebugWidget::setModeEnabled(bool enabled)
@@ -529,9 +539,11 @@ void CameraDebugWidget::setStatus(bool bOpen, const QString &btnText, QString me
         m_statusLabel->setStatus(true);
         m_cbxProtocol->setEnabled(false);
         m_rateTimer->start();
+        m_tap->reportOpened(m_links.linkName(NetLinkSet::kind(m_cbxProtocol->currentIndex())));
     } else {
         m_statusLabel->setStatus(false);
         m_rateTimer->stop();
+        m_tap->reportClosed();
     }
     m_btnOpen->setText(btnText);
     emit signalNotify(message, 0);
@@ -539,11 +551,11 @@ void CameraDebugWidget::setStatus(bool bOpen, const QString &btnText, QString me
 
 void CameraDebugWidget::SltBtnOpenClicked()
 {
-    const int index = m_cbxProtocol->currentIndex();
+    const NetLinkSet::Kind kind = NetLinkSet::kind(m_cbxProtocol->currentIndex());
     m_cbxProtocol->setEnabled(true);
     const int port = m_edtPort->text().toInt();
     stopRecvImage();
-    if (index == 0) {
+    if (kind == NetLinkSet::TcpServerLink) {
         if (m_tcpServer->isListening()) {
             setStatus(false, "启动监听", QString("TCP服务监听[端口:%1]已关闭!!").arg(port));
             m_tcpServer->CloseListen();
@@ -552,7 +564,7 @@ void CameraDebugWidget::SltBtnOpenClicked()
         } else {
             emit signalNotify(QString("TCP服务监听[端口:%1]失败，请确认该端口是否可用!!").arg(port), 255);
         }
-    } else if (index == 1) {
+    } else if (kind == NetLinkSet::TcpClientLink) {
         if (m_tcpClient->isOpen()) {
             m_tcpClient->close();
             setStatus(false, "开始连接", "TcpClient已断开连接!!");
@@ -562,7 +574,7 @@ void CameraDebugWidget::SltBtnOpenClicked()
         } else {
             QtMessageTip::Instance()->ShowToastMessage("请填写正确的服务器地址！", 2000);
         }
-    } else if (index == 2) {
+    } else if (kind == NetLinkSet::UdpLink) {
         if (m_udpSocket->state() == QAbstractSocket::BoundState) {
             setStatus(false, "启动监听", QString("UDP服务监听[端口:%1]已关闭!!").arg(port));
             m_udpSocket->close();
@@ -573,7 +585,7 @@ void CameraDebugWidget::SltBtnOpenClicked()
         }
     } else {
         if (m_serialPort->isOpen()) {
-            emit signalNotify(QString("串口[%1]已关闭!!").arg(m_serialPort->portName()), 0);
+            emit signalNotify(SerialSettings::closedText(m_serialPort->portName()), 0);
             CloseSerialport();
         } else {
             OpenSerialport();
@@ -581,14 +593,17 @@ void CameraDebugWidget::SltBtnOpenClicked()
     }
 }
 
+// the client stays outside setStatus: only the button and the tap follow it
 void CameraDebugWidget::SltTcpSocketConnected()
 {
     m_btnOpen->setText("断开连接");
+    m_tap->reportOpened(m_links.linkName(NetLinkSet::TcpClientLink));
 }
 
 void CameraDebugWidget::SltTcpSocketDisConnected()
 {
     m_btnOpen->setText("开始连接");
+    m_tap->reportClosed();
 }
 
 void CameraDebugWidget::OpenSerialport()
@@ -596,23 +611,16 @@ void CameraDebugWidget::OpenSerialport()
     QRegExp rx("(tty\\w+)", Qt::CaseSensitive);
     const QString text = m_cbxProtocol->currentText();
     if (rx.indexIn(text) < 0) {
-        emit signalNotify(QString("串口[%1]打开失败!!!").arg(text), 255);
+        emit signalNotify(SerialSettings::failedText(text), 255);
         return;
     }
     const QString name = "/dev/" + rx.cap(1);
-    m_serialPort->setPortName(name);
-    m_serialPort->open(QIODevice::ReadWrite);
-    if (!m_serialPort->isOpen()) {
-        emit signalNotify(QString("串口[%1]打开失败!!!").arg(name), 255);
+    if (!m_serialForm->settings(name).open(m_serialPort)) {
+        emit signalNotify(SerialSettings::failedText(name), 255);
         return;
     }
-    m_serialPort->setBaudRate(m_cbxBaudrate->currentText().toInt());
-    m_serialPort->setDataBits(m_cbxDataBits->currentText().toInt());
-    m_serialPort->setStopBits(m_cbxStopBits->currentIndex());
-    m_serialPort->setParity(m_cbxParity->currentIndex());
-    m_btnOpen->setText("关闭串口");
-    m_statusLabel->setStatus(true);
-    emit signalNotify(QString("串口[%1]打开成功!").arg(m_serialPort->portName()), 0);
+    m_serialForm->showOpened(m_serialPort->portName());
+    emit signalNotify(SerialSettings::openedText(m_serialPort->portName()), 0);
     m_cbxProtocol->setEnabled(false);
     m_rateTimer->start();
     setModeEnabled(false);
@@ -622,8 +630,7 @@ void CameraDebugWidget::CloseSerialport()
 {
     m_serialPort->close();
     m_cbxProtocol->setEnabled(true);
-    m_statusLabel->setStatus(false);
-    m_btnOpen->setText("打开串口");
+    m_serialForm->showClosed();
     m_rateTimer->stop();
     setModeEnabled(true);
 }
@@ -642,7 +649,7 @@ void CameraDebugWidget::SltSerialportChanged(const QStringList &serialports)
     // the port knows its full path and the list short names: any change closes it
     if (!serialports.contains(m_serialPort->portName())) {
         CloseSerialport();
-        emit signalNotify("当前串口已拔出，请重新打开!", 255);
+        emit signalNotify(SerialSettings::pulledText(), 255);
         return;
     }
     m_cbxProtocol->setCurrentText("串口    " + m_serialPort->portName());

@@ -3,6 +3,7 @@
 
 #include "CameraImageFormat.h"
 #include "CameraLinkDecoder.h"
+#include "NetLinkSet.h"
 #include "QtWidgetBase.h"
 
 #include <QByteArray>
@@ -12,6 +13,7 @@
 class QPixmap;
 class ImageFormatConfig;
 class ImageViewer;
+class LinkTap;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -23,6 +25,7 @@ class QTcpSocket;
 class QTimer;
 class QUdpSocket;
 class QextSerialPort;
+class QtSerialPortForm;
 class StatusLabel;
 class TcpServer;
 
@@ -45,6 +48,7 @@ public:
 
     QStringList getCounts() override;
     void clearCounts() override;
+    LinkTap *linkTap() const override { return m_tap; }
 
     static QString getImageSuffix(unsigned char format);
     void SendMessageToDevice(unsigned char cmd, unsigned char addr, QByteArray data);
@@ -96,6 +100,9 @@ private:
     // the picture an image event shows (null: nothing to show, the area keeps its own)
     QPixmap drawnPixmap(const CameraLinkEvent &event) const;
     void setModeEnabled(bool enabled);
+    bool linkRunning(NetLinkSet::Kind kind) const;
+    // the page's one write, to the link the box names; bytes taken or -1
+    qint64 writeToLink(const QByteArray &data);
 
     // link settings
     QComboBox *m_cbxProtocol;
@@ -103,6 +110,7 @@ private:
     QLabel *m_labAddress;
     QComboBox *m_cbxAddress;
     QLineEdit *m_edtPort;
+    QtSerialPortForm *m_serialForm;
     QComboBox *m_cbxBaudrate;
     QComboBox *m_cbxParity;
     QComboBox *m_cbxDataBits;
@@ -130,6 +138,8 @@ private:
     QTcpSocket *m_tcpClient;
     QUdpSocket *m_udpSocket;
     QextSerialPort *m_serialPort;
+    NetLinkSet m_links;
+    LinkTap *m_tap;
 
     // The receive state lives in the decoder, which applies the link's rules; the
     // page sees it under these names.

@@ -1,5 +1,6 @@
 #include "NetworkToolWidget.h"
 #include "IconHelper.h"
+#include "LinkTap.h"
 #include "NetworkMessageFormat.h"
 #include "QtRecvSaveFormat.h"
 #include "NumberTool.h"
@@ -43,12 +44,14 @@ NetworkToolWidget::NetworkToolWidget(QWidget *parent)
     , m_udpSocket(nullptr)
 {
     clearCounts();
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return sendCounted(bytes); }, this);
     InitWidget();
     InitNetwork();
 }
 
 NetworkToolWidget::~NetworkToolWidget()
 {
+    m_tap->reportClosed();
     // The transports report their last disconnects while they go down; by then the
     // widgets those slots touch are half destroyed, so the page stops listening first.
     m_tcpServer->disconnect(this);
@@ -222,53 +225,51 @@ void NetworkToolWidget::InitNetwork()
 
     m_udpSocket = new QUdpSocket();
     connect(m_udpSocket, SIGNAL(readyRead()), this, SLOT(SltReadyFromUdp()));
+
+    m_links = NetLinkSet(m_tcpServer, m_tcpSocket, m_udpSocket);
 }
 
 void NetworkToolWidget::SltChangeNetType(int index)
 {
-    switch (index) {
-    case TcpServerMode:
-        m_labAddress->setText("2.本地IP地址");
-        m_labPort->setText("2.本地端口");
-        m_widgetClients->setVisible(true);
-        m_widgetUdpDest->setVisible(false);
-        m_btnOpen->setText("启动监听");
-        break;
-    case TcpClientMode:
-        m_labAddress->setText("2.服务器IP地址");
-        m_labPort->setText("3.服务器端口");
-        m_widgetClients->setVisible(false);
-        m_widgetUdpDest->setVisible(false);
-        m_btnOpen->setText("建立连接");
-        break;
-    case UdpMode:
-        m_labAddress->setText("2.本地IP地址");
-        m_labPort->setText("2.本地端口");
-        m_widgetClients->setVisible(false);
-        m_widgetUdpDest->setVisible(true);
-        m_btnOpen->setText("打开");
-        break;
-    default:
-        break;
-    }
+    // by mode: the two captions, the clients group, the UDP destination, the button
+    static const struct {
+        const char *address;
+        const char *port;
+        bool clients;
+        bool udpDest;
+        const char *button;
+    } modes[] = {{"2.本地IP地址", "2.本地端口", true, false, "启动监听"},
+                 {"2.服务器IP地址", "3.服务器端口", false, false, "建立连接"},
+                 {"2.本地IP地址", "2.本地端口", false, true, "打开"}};
+    if (index < 0 || index > UdpMode)
+        return;
+    m_labAddress->setText(modes[index].address);
+    m_labPort->setText(modes[index].port);
+    m_widgetClients->setVisible(modes[index].clients);
+    m_widgetUdpDest->setVisible(modes[index].udpDest);
+    m_btnOpen->setText(modes[index].button);
 }
 
 void NetworkToolWidget::SltBtnOpenClicked()
 {
+    static void (NetworkToolWidget::*const starts[])() = {&NetworkToolWidget::StartTcpServer,
+                                                          &NetworkToolWidget::StartTcpClient,
+                                                          &NetworkToolWidget::StartUdpSocket};
     m_cbxNetType->setEnabled(true);
-    switch (m_cbxNetType->currentIndex()) {
-    case TcpServerMode:
-        StartTcpServer();
-        break;
-    case TcpClientMode:
-        StartTcpClient();
-        break;
-    case UdpMode:
-        StartUdpSocket();
-        break;
-    default:
-        break;
-    }
+    const int index = m_cbxNetType->currentIndex();
+    if (index >= 0 && index <= UdpMode)
+        (this->*starts[index])();
+}
+
+void NetworkToolWidget::showLinkState(bool running, const QString &button)
+{
+    m_statusLabel->setStatus(running);
+    m_sendBox->setDeviceStatus(running);
+    m_btnOpen->setText(button);
+    if (running)
+        m_tap->reportOpened(m_links.linkName(NetLinkSet::kind(m_cbxNetType->currentIndex())));
+    else
+        m_tap->reportClosed();
 }
 
 void NetworkToolWidget::StartTcpServer()
@@ -276,17 +277,13 @@ void NetworkToolWidget::StartTcpServer()
     const quint16 port = NetworkMessageFormat::portFromText(m_edtPort->text());
     if (m_tcpServer->isListening()) {
         m_tcpServer->CloseListen();
-        m_statusLabel->setStatus(false);
-        m_sendBox->setDeviceStatus(false);
-        m_btnOpen->setText("启动监听");
+        showLinkState(false, "启动监听");
         emit signalNotify(QString("TCP服务监听[端口:%1]已关闭!!").arg(port), 0);
         return;
     }
     if (m_tcpServer->listen(QHostAddress::Any, port)) {
-        m_statusLabel->setStatus(true);
         m_cbxNetType->setEnabled(false);
-        m_sendBox->setDeviceStatus(true);
-        m_btnOpen->setText("停止监听");
+        showLinkState(true, "停止监听");
         emit signalNotify(QString("TCP服务监听[端口:%1]已启动!!").arg(port), 0);
     } else {
         emit signalNotify(QString("TCP服务监听[端口:%1]失败，请确认该端口是否可用!!").arg(port), 255);
@@ -301,9 +298,7 @@ void NetworkToolWidget::StartTcpClient()
         m_tcpSocket->close();
     if (m_tcpSocket->isOpen()) {
         m_tcpSocket->close();
-        m_statusLabel->setStatus(false);
-        m_sendBox->setDeviceStatus(false);
-        m_btnOpen->setText("建立连接");
+        showLinkState(false, "建立连接");
         emit signalNotify("[ TCP Client ] 已断开连接！", 0);
         return;
     }
@@ -315,9 +310,7 @@ void NetworkToolWidget::StartTcpClient()
 
 void NetworkToolWidget::SltConnectedToHost()
 {
-    m_statusLabel->setStatus(true);
-    m_sendBox->setDeviceStatus(true);
-    m_btnOpen->setText("断开连接");
+    showLinkState(true, "断开连接");
     emit signalNotify("[TCP Client]与服务器连接成功！！！", 0);
 }
 
@@ -325,9 +318,7 @@ void NetworkToolWidget::SltDisConnectedToHost()
 {
     if (m_tcpSocket->isOpen())
         m_tcpSocket->close();
-    m_statusLabel->setStatus(false);
-    m_sendBox->setDeviceStatus(false);
-    m_btnOpen->setText("建立连接");
+    showLinkState(false, "建立连接");
     emit signalNotify("[TCP Client]与服务器已断开连接~~~", 0);
 }
 
@@ -335,17 +326,13 @@ void NetworkToolWidget::StartUdpSocket()
 {
     if (m_udpSocket->state() == QAbstractSocket::BoundState) {
         m_udpSocket->abort();
-        m_statusLabel->setStatus(false);
-        m_sendBox->setDeviceStatus(false);
-        m_btnOpen->setText("打开");
+        showLinkState(false, "打开");
         return;
     }
     const quint16 port = NetworkMessageFormat::portFromText(m_edtPort->text());
     if (m_udpSocket->bind(QHostAddress::Any, port)) {
-        m_statusLabel->setStatus(true);
         m_cbxNetType->setEnabled(false);
-        m_sendBox->setDeviceStatus(true);
-        m_btnOpen->setText("关闭");
+        showLinkState(true, "关闭");
         emit signalNotify(QString("UDP服务监听[端口:%1]已启动!!").arg(port), 0);
     } else {
         emit signalNotify(QString("UDP服务监听[端口:%1]失败，请确认该端口是否可用!!").arg(port), 255);
@@ -383,41 +370,54 @@ void NetworkToolWidget::SltDisconnectClient()
 
 void NetworkToolWidget::SltSendData(QByteArray byData)
 {
+    sendCounted(byData);
+}
+
+qint64 NetworkToolWidget::sendCounted(const QByteArray &byData)
+{
     // counted before any test, also when a tip stops a UDP send below
     m_sendCount += quint64(byData.size());
     emit signalRefresCounts(PageIndex);
 
+    qint64 written = -1;
     switch (m_cbxNetType->currentIndex()) {
     case TcpServerMode:
-        if (m_cbxClients->currentIndex() == 0)
-            m_tcpServer->SltSendMsgToAllClient(byData);
-        else
+        // the clients box at the moment of sending decides: all of them or one
+        if (m_cbxClients->currentIndex() == 0) {
+            written = m_links.write(NetLinkSet::TcpServerLink, byData);
+        } else if (m_tcpServer->isListening()) {
             m_tcpServer->SltSendMsgToClient(m_cbxClients->currentText(), byData);
+            written = byData.size();
+        }
         break;
     case TcpClientMode:
         if (m_tcpSocket->isOpen())
-            m_tcpSocket->write(byData);
+            written = m_tcpSocket->write(byData);
         break;
     case UdpMode: {
         if (m_edtDestAddress->text().isEmpty()) {
             QtMessageTip::Instance()->ShowMessage("UDP目的地址配置错误！", m_edtDestAddress->mapToGlobal(QPoint(0, 0)));
-            return;
+            return -1;
         }
         const quint16 port = NetworkMessageFormat::portFromText(m_edtDestPort->text());
         if (port == 0) {
             QtMessageTip::Instance()->ShowMessage("UDP目的端口配置错误！", m_edtDestPort->mapToGlobal(QPoint(0, 0)));
-            return;
+            return -1;
         }
-        m_udpSocket->writeDatagram(byData, QHostAddress(m_edtDestAddress->text()), port);
+        written = m_udpSocket->writeDatagram(byData, QHostAddress(m_edtDestAddress->text()), port);
         break;
     }
     default:
         break;
     }
+    if (written >= 0)
+        m_tap->reportSent(byData);
+    return written;
 }
 
 void NetworkToolWidget::SltRecvSocketMessage(QString name, QByteArray byData)
 {
+    m_tap->reportReceived(byData);
     m_recvCount += quint64(byData.size());
     emit signalRefresCounts(PageIndex);
 

@@ -1,12 +1,14 @@
 #ifndef NETWORKTOOLWIDGET_H
 #define NETWORKTOOLWIDGET_H
 
+#include "NetLinkSet.h"
 #include "QtWidgetBase.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
+class LinkTap;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -40,6 +42,7 @@ public:
 
     QStringList getCounts() override;
     void clearCounts() override;
+    LinkTap *linkTap() const override { return m_tap; }
 
     // "保存到文件" with the file name already chosen (an empty name asks for one)
     void saveDataToFile(const QString &fileName);
@@ -81,6 +84,10 @@ private:
     void StartTcpServer();
     void StartTcpClient();
     void StartUdpSocket();
+    // lamp, send box, button text and the tap follow the link of the current mode
+    void showLinkState(bool running, const QString &button);
+    // the page's one write: counted, to the link of the mode; bytes taken or -1
+    qint64 sendCounted(const QByteArray &byData);
 
     QWidget *m_widgetConfig;
     QtFoldButton *m_btnFold;
@@ -118,6 +125,8 @@ private:
     QUdpSocket *m_udpSocket;
 
     QtRecvViewFeeder *m_recvFeeder;
+    NetLinkSet m_links;
+    LinkTap *m_tap;
 };
 
 #endif // NETWORKTOOLWIDGET_H

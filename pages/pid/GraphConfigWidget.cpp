@@ -79,13 +79,19 @@ void GraphConfigWidget::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
 }
 
+void GraphConfigWidget::setTextColor(const QColor &color)
+{
+    m_textColor = color;
+    update();
+}
+
 void GraphConfigWidget::paintEvent(QPaintEvent *event)
 {
     Q_UNUSED(event)
     const int half = height() / 2;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor("#F2F2F2"));
+    painter.setPen(m_textColor);
     QFont font("Microsoft YaHei");
     font.setPixelSize(13);
     painter.setFont(font);
@@ -97,7 +103,7 @@ void GraphConfigWidget::paintEvent(QPaintEvent *event)
         const QRect r = it->rect();
         const int h = r.height();
         const QRect iconRect(r.left() + 5, r.top(), h, h);
-        IconHelper::Instance()->drawPixmap(&painter, "#F2F2F2", it->isChecked() ? QChar(0xEA73) : QChar(0xE661), 16, iconRect);
+        IconHelper::Instance()->drawPixmap(&painter, m_textColor.name(), it->isChecked() ? QChar(0xEA73) : QChar(0xE661), 16, iconRect);
         painter.save();
         painter.setPen(it->color());
         const QPoint from(iconRect.right(), iconRect.top() + h / 2);

@@ -14,6 +14,8 @@ class GraphItem;
 class GraphConfigWidget : public QWidget
 {
     Q_OBJECT
+    // titles, check glyphs and names; the skins set it, "#F2F2F2" until one does
+    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor)
 public:
     explicit GraphConfigWidget(QWidget *parent = nullptr);
     ~GraphConfigWidget() override;
@@ -29,6 +31,9 @@ public:
 
     QSize sizeHint() const override;
 
+    QColor textColor() const { return m_textColor; }
+    void setTextColor(const QColor &color);
+
 signals:
     void signalGraphClicked(int index, bool checked);
 
@@ -41,6 +46,7 @@ private:
     void layoutItems(int height);
 
     QMap<int, GraphItem *> m_items;
+    QColor m_textColor = QColor("#F2F2F2");
 };
 
 #endif // GRAPHCONFIGWIDGET_H

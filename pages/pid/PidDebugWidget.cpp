@@ -1,11 +1,12 @@
 #include "PidDebugWidget.h"
 
 #include "GraphConfigWidget.h"
+#include "LinkTap.h"
 #include "NumberTool.h"
 #include "PidFrame.h"
 #include "PidFrameDecoder.h"
 #include "QtMessageBox.h"
-#include "QtSerialConfigLists.h"
+#include "QtSerialPortForm.h"
 #include "QtSerialPort.h"
 #include "StatusLabel.h"
 
@@ -43,6 +44,7 @@ PidDebugWidget::PidDebugWidget(QWidget *parent)
     m_frameHeader.append(char(82));
     m_frameHeader.append(char(75));
     std::memset(m_channels, 0, sizeof m_channels);
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToPort(bytes); }, this);
 
     InitWidget();
     InitPlot();
@@ -51,6 +53,7 @@ PidDebugWidget::PidDebugWidget(QWidget *parent)
 
 PidDebugWidget::~PidDebugWidget()
 {
+    m_tap->reportClosed();
     // no SendStop here: the board keeps running when the program goes
     if (m_serialPort && m_serialPort->isOpen())
         m_serialPort->close();
@@ -80,29 +83,8 @@ void PidDebugWidget::InitWidget()
     portLayout->setContentsMargins(10, 10, 10, 10);
     portLayout->setHorizontalSpacing(2);
     portLayout->setVerticalSpacing(10);
-    m_cbxPortName = new QComboBox(groupPort);
-    // a port the system does not list (a pseudo-terminal, "pts/7") can be typed in
-    m_cbxPortName->setEditable(true);
-    m_cbxBaudrate = new QComboBox(groupPort);
-    m_cbxBaudrate->setEditable(true);
-    m_cbxParity = new QComboBox(groupPort);
-    m_cbxDataBits = new QComboBox(groupPort);
-    m_cbxStopBits = new QComboBox(groupPort);
-    portLayout->addWidget(new QLabel("端口", groupPort), 0, 0);
-    portLayout->addWidget(m_cbxPortName, 0, 1);
-    portLayout->addWidget(new QLabel("波特率", groupPort), 1, 0);
-    portLayout->addWidget(m_cbxBaudrate, 1, 1);
-    portLayout->addWidget(new QLabel("校验位", groupPort), 2, 0);
-    portLayout->addWidget(m_cbxParity, 2, 1);
-    portLayout->addWidget(new QLabel("数据位", groupPort), 3, 0);
-    portLayout->addWidget(m_cbxDataBits, 3, 1);
-    portLayout->addWidget(new QLabel("停止位", groupPort), 4, 0);
-    portLayout->addWidget(m_cbxStopBits, 4, 1);
-    m_btnOpen = new QPushButton("打开串口", groupPort);
-    m_statusLabel = new StatusLabel(groupPort);
-    m_statusLabel->setText("操作");
-    portLayout->addWidget(m_statusLabel, 5, 0);
-    portLayout->addWidget(m_btnOpen, 5, 1);
+    m_portForm = new QtSerialPortForm(groupPort, portLayout, QtSerialPortForm::PortRow | QtSerialPortForm::OpenRow, m_tap);
+    m_portForm->share(m_cbxPortName, m_cbxBaudrate, m_cbxParity, m_cbxDataBits, m_cbxStopBits, m_statusLabel, m_btnOpen);
     connect(m_btnOpen, SIGNAL(clicked(bool)), this, SLOT(SltOpenSerialport()));
 
     auto *groupPid = new QGroupBox("PID值配置", this);
@@ -262,8 +244,6 @@ void PidDebugWidget::InitPlot()
 
 void PidDebugWidget::InitSerialPortConfig()
 {
-    QtSerialConfigLists::fill(m_cbxBaudrate, m_cbxParity, m_cbxDataBits, m_cbxStopBits);
-
     m_serialPort = new QtSerialPort;
     connect(m_serialPort, SIGNAL(bytesRead(QByteArray)), this, SLOT(SltRecvFromSerialport(QByteArray)));
 }
@@ -290,11 +270,22 @@ void PidDebugWidget::SendCmdToSeriaport(unsigned char cmd, unsigned char channel
     const QByteArray frame = PidFrame::build(cmd, channel, payload);
     qDebug() << "PID send cmd" << cmd << "channel" << channel << "size" << frame.size()
              << frame.toHex(' ') << "payload" << payload.size();
-    m_serialPort->writeBytes(frame);
+    writeToPort(frame);
+}
+
+qint64 PidDebugWidget::writeToPort(const QByteArray &bytes)
+{
+    if (!m_serialPort->isOpen())
+        return -1;
+    // the wrapper only warns on a failed write; what was handed over counts as sent
+    m_serialPort->writeBytes(bytes);
+    m_tap->reportSent(bytes);
+    return bytes.size();
 }
 
 void PidDebugWidget::SltRecvFromSerialport(const QByteArray &data)
 {
+    m_tap->reportReceived(data);
     m_recvBuffer.append(data);
     ParseDataFromBuff();
 }
@@ -381,25 +372,20 @@ void PidDebugWidget::SltOpenSerialport()
 {
     if (m_serialPort->isOpen()) {
         CloseSerialport();
-        emit signalNotify(QString("串口[%1]已关闭!!").arg(m_serialPort->portName()), 0);
+        emit signalNotify(SerialSettings::closedText(m_serialPort->portName()), 0);
         return;
     }
 
-    const QString name = "/dev/" + m_cbxPortName->currentText();
-    const int baud = m_cbxBaudrate->currentText().toInt();
-    const int dataBits = m_cbxDataBits->currentText().toInt();
-    const int stopIndex = m_cbxStopBits->currentIndex();
+    const QString name = m_portForm->portPath();
+    SerialSettings settings = m_portForm->settings(name);
     // the parity texts are not numbers: the port always opens without parity
-    const int parity = m_cbxParity->currentText().toInt();
-    m_serialPort->open(name, baud, dataBits, stopIndex, parity);
-
-    if (m_serialPort->isOpen()) {
-        m_btnOpen->setText("关闭串口");
-        m_statusLabel->setStatus(true);
+    settings.parity = m_cbxParity->currentText().toInt();
+    if (settings.open(m_serialPort)) {
+        m_portForm->showOpened(name);
         m_startTime = -1;
-        emit signalNotify(QString("串口[%1]打开成功!").arg(name), 0);
+        emit signalNotify(SerialSettings::openedText(name), 0);
     } else {
-        emit signalNotify(QString("串口[%1]打开失败!!!").arg(name), 255);
+        emit signalNotify(SerialSettings::failedText(name), 255);
     }
 }
 
@@ -410,8 +396,7 @@ void PidDebugWidget::CloseSerialport()
         SendCmdToSeriaport(PidFrame::SendStop, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
     }
     m_serialPort->close();
-    m_statusLabel->setStatus(false);
-    m_btnOpen->setText("打开串口");
+    m_portForm->showClosed();
 }
 
 void PidDebugWidget::SltSerialportChanged(const QStringList &ports)
@@ -425,7 +410,7 @@ void PidDebugWidget::SltSerialportChanged(const QStringList &ports)
         return;
     }
     CloseSerialport();
-    emit signalNotify("当前串口已拔出，请重新打开!", 255);
+    emit signalNotify(SerialSettings::pulledText(), 255);
 }
 
 void PidDebugWidget::SltComboPidChanged(int index)

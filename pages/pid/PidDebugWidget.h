@@ -9,6 +9,7 @@
 #include <QStringList>
 
 class GraphConfigWidget;
+class LinkTap;
 class QCheckBox;
 class QComboBox;
 class QCustomPlot;
@@ -17,6 +18,7 @@ class QMouseEvent;
 class QPushButton;
 class QTimer;
 class QtSerialPort;
+class QtSerialPortForm;
 struct PidReceivedFrame;
 class StatusLabel;
 
@@ -34,6 +36,7 @@ public:
     ~PidDebugWidget() override;
 
     QStringList getCounts() override;
+    LinkTap *linkTap() const override { return m_tap; }
 
     int getCheckSum(QByteArray frame);
     void SendCmdToSeriaport(unsigned char cmd, unsigned char channel, const QByteArray &payload);
@@ -77,9 +80,12 @@ private:
     // what one decoded frame does to the edits, the start button and the plot
     void ApplyFrame(const PidReceivedFrame &frame);
     void AddActualSample(int c, int actual);
+    // the page's one write: the port's bytes and the tap; bytes taken or -1
+    qint64 writeToPort(const QByteArray &bytes);
 
     // samples change the curves at once; the plot is drawn at most once a frame
     QTimer *m_replotTimer;
+    QtSerialPortForm *m_portForm;
     QComboBox *m_cbxPortName;
     QComboBox *m_cbxBaudrate;
     QComboBox *m_cbxParity;
@@ -112,6 +118,7 @@ private:
     QtSerialPort *m_serialPort;
     // value ranges of the actual curves, graphs 5 to 9
     PidRangeTracker m_rangeTrackers[5];
+    LinkTap *m_tap;
 };
 
 #endif // PIDDEBUGWIDGET_H

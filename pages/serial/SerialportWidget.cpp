@@ -1,4 +1,5 @@
 #include "SerialportWidget.h"
+#include "LinkTap.h"
 #include "MyApp.h"
 #include "NumberTool.h"
 #include "QextSerialPort.h"
@@ -8,7 +9,7 @@
 #include "QtRecvViewFeeder.h"
 #include "QtSendBoxWidget.h"
 #include "QtSendConfigGroup.h"
-#include "QtSerialConfigLists.h"
+#include "QtSerialPortForm.h"
 #include "QtTerminalWidget.h"
 #include "SerialRecvRule.h"
 #include "StatusLabel.h"
@@ -38,6 +39,7 @@ SerialportWidget::SerialportWidget(QWidget *parent)
     m_recvTimer = new QTimer(this);
     m_recvTimer->setSingleShot(true);
     m_recvTimer->setInterval(50);
+    m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToPort(bytes); }, this);
 
     InitWidget();
     clearCounts();
@@ -46,6 +48,8 @@ SerialportWidget::SerialportWidget(QWidget *parent)
 
 SerialportWidget::~SerialportWidget()
 {
+    // tools hear the end of a link that goes with the program, while the page stands
+    m_tap->reportClosed();
     if (m_serialport->isOpen())
         m_serialport->close();
     delete m_serialport;
@@ -74,35 +78,11 @@ QWidget *SerialportWidget::InitConfigColumn()
 
     // port settings
     QGroupBox *groupPort = new QGroupBox("串口配置", column);
-    m_cbxPort = new QComboBox(groupPort);
-    m_cbxPort->setObjectName("cbxPort");
-    // a port the system does not list (a pseudo-terminal, "pts/7") can be typed in
-    m_cbxPort->setEditable(true);
-    m_cbxBaud = new QComboBox(groupPort);
-    m_cbxBaud->setObjectName("cbxBaud");
-    m_cbxBaud->setEditable(true);
-    m_cbxParity = new QComboBox(groupPort);
-    m_cbxParity->setObjectName("cbxParity");
-    m_cbxDataBits = new QComboBox(groupPort);
-    m_cbxDataBits->setObjectName("cbxDataBits");
-    m_cbxStopBits = new QComboBox(groupPort);
-    m_cbxStopBits->setObjectName("cbxStopBits");
-    m_statusLabel = new StatusLabel(groupPort);
-    m_statusLabel->setStatus(false);
-    m_btnOpen = new QPushButton("打开串口", groupPort);
-    m_btnOpen->setObjectName("btnOpen");
-
     QGridLayout *gridPort = new QGridLayout(groupPort);
     gridPort->setContentsMargins(5, 5, 5, 5);
     gridPort->setSpacing(5);
-    const QStringList names = {"端口", "波特率", "校验位", "数据位", "停止位"};
-    QComboBox *boxes[] = {m_cbxPort, m_cbxBaud, m_cbxParity, m_cbxDataBits, m_cbxStopBits};
-    for (int i = 0; i < names.size(); ++i) {
-        gridPort->addWidget(new QLabel(names.at(i), groupPort), i, 0);
-        gridPort->addWidget(boxes[i], i, 1);
-    }
-    gridPort->addWidget(m_statusLabel, names.size(), 0);
-    gridPort->addWidget(m_btnOpen, names.size(), 1);
+    m_portForm = new QtSerialPortForm(groupPort, gridPort, QtSerialPortForm::PortRow | QtSerialPortForm::OpenRow, m_tap);
+    m_portForm->share(m_cbxPort, m_cbxBaud, m_cbxParity, m_cbxDataBits, m_cbxStopBits, m_statusLabel, m_btnOpen);
     gridPort->setColumnStretch(1, 1);
 
     QtRecvConfigGroup *groupRecv = new QtRecvConfigGroup(column);
@@ -154,7 +134,8 @@ void SerialportWidget::InitWidget()
 
 void SerialportWidget::InitSerialPortConfig()
 {
-    QtSerialConfigLists::fill(m_cbxBaud, m_cbxParity, m_cbxDataBits, m_cbxStopBits);
+    // the form filled the boxes with their start values; the port box waits for the
+    // port watcher
 }
 
 void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
@@ -173,7 +154,7 @@ void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
         return;
     }
     CloseSerialport();
-    emit signalNotify("当前串口已拔出，请重新打开!", 255);
+    emit signalNotify(SerialSettings::pulledText(), 255);
 }
 
 void SerialportWidget::clearRecv()
@@ -187,28 +168,18 @@ void SerialportWidget::SltOpenSerialport()
 {
     if (m_serialport->isOpen()) {
         CloseSerialport();
-        emit signalNotify(QString("串口[%1]已关闭!!").arg(m_serialport->portName()), 0);
+        emit signalNotify(SerialSettings::closedText(m_serialport->portName()), 0);
         return;
     }
-    const QString path = "/dev/" + m_cbxPort->currentText();
-    m_serialport->setPortName(path);
-    if (!m_serialport->open(QIODevice::ReadWrite)) {
-        emit signalNotify(QString("串口[%1]打开失败!!!").arg(path), 255);
+    const QString path = m_portForm->portPath();
+    if (!m_portForm->settings(path).open(m_serialport, 20)) {
+        emit signalNotify(SerialSettings::failedText(path), 255);
         return;
     }
-    // the baud text goes over unchecked: the port refuses what it cannot do and
-    // keeps its previous rate, and the open still counts as a success
-    m_serialport->setBaudRate(m_cbxBaud->currentText().toInt());
-    m_serialport->setDataBits(m_cbxDataBits->currentText().toInt());
-    m_serialport->setStopBits(m_cbxStopBits->currentIndex());
-    m_serialport->setParity(m_cbxParity->currentIndex());
-    m_serialport->setTimeout(20);
-
     m_recvTimer->start();
-    m_btnOpen->setText("关闭串口");
     m_sendBox->setDeviceStatus(true);
-    m_statusLabel->setStatus(true);
-    emit signalNotify(QString("串口[%1]打开成功!").arg(m_serialport->portName()), 0);
+    m_portForm->showOpened(m_serialport->portName());
+    emit signalNotify(SerialSettings::openedText(m_serialport->portName()), 0);
 }
 
 void SerialportWidget::CloseSerialport()
@@ -216,18 +187,25 @@ void SerialportWidget::CloseSerialport()
     // m_recvBuffer stays: what it holds is shown with the first data of a later read
     m_recvTimer->stop();
     m_serialport->close();
-    m_statusLabel->setStatus(false);
-    m_btnOpen->setText("打开串口");
+    m_portForm->showClosed();
     m_sendBox->setDeviceStatus(false);
 }
 
 void SerialportWidget::SltWriteDataToSerialport(QByteArray byCmd)
 {
+    writeToPort(byCmd);
+}
+
+qint64 SerialportWidget::writeToPort(const QByteArray &bytes)
+{
     if (!m_serialport->isOpen())
-        return; // the send box has warned already
-    m_serialport->write(byCmd);
-    m_sendCount += quint32(byCmd.size());
+        return -1; // the send box has warned already
+    const qint64 written = m_serialport->write(bytes);
+    // counted whatever the port took, as the user sent it
+    m_sendCount += quint32(bytes.size());
+    m_tap->reportSent(bytes);
     emit signalRefresCounts(0);
+    return written;
 }
 
 void SerialportWidget::SltRecvFromSerialport()
@@ -239,6 +217,7 @@ void SerialportWidget::SltRecvFromSerialport()
         return;
     }
     const QByteArray data = m_serialport->readAll();
+    m_tap->reportReceived(data);
     if (SerialRecvRule::holdChunk(data, m_rbtnRecvAscii->isChecked(), m_recvBuffer)) {
         m_recvBuffer.append(data);
         if (m_recvTimer->isActive())

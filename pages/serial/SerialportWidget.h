@@ -13,10 +13,12 @@ class QPushButton;
 class QRadioButton;
 class QTimer;
 class QextSerialPort;
+class LinkTap;
 class QtFoldButton;
 class QtRecvViewFeeder;
 class QtSendBoxWidget;
 class QtSendConfigGroup;
+class QtSerialPortForm;
 class QtTerminalWidget;
 class StatusLabel;
 
@@ -41,6 +43,7 @@ public:
     QSize sizeHint() const override;
     QStringList getCounts() override;
     void clearCounts() override;
+    LinkTap *linkTap() const override { return m_tap; }
 
     void CloseSerialport();
     void parseSerialportData(QByteArray data);
@@ -71,10 +74,13 @@ private:
     void InitWidget();
     void InitSerialPortConfig();
     QWidget *InitConfigColumn();
+    // the page's one write: the port's bytes, the send count, the tap
+    qint64 writeToPort(const QByteArray &bytes);
 
     QWidget *m_widgetConfig;
     QtFoldButton *m_btnFold;
 
+    QtSerialPortForm *m_portForm;
     QComboBox *m_cbxPort;
     QComboBox *m_cbxBaud;
     QComboBox *m_cbxParity;
@@ -100,6 +106,7 @@ private:
     QTimer *m_recvTimer;
     QextSerialPort *m_serialport;
     QByteArray m_recvBuffer;
+    LinkTap *m_tap;
 };
 
 #endif // SERIALPORTWIDGET_H

@@ -1,3 +1,4 @@
+#include "GraphConfigWidget.h"
 #include "HexEditWidget.h"
 #include "LarkTest.h"
 #include "MainWindow.h"
@@ -11,6 +12,7 @@
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "QtUpdateDialog.h"
+#include "StatusLabel.h"
 #include <QAction>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -29,6 +31,18 @@ class TstMainWindow : public QObject
     }
     QStringList shownCounts() const { return m_window->statusBar()->countLabel()->counts(); }
     QtWidgetBase *page(int i) const { return static_cast<QtWidgetBase *>(m_window->stackedWidget()->widget(i)); }
+    // how far the farthest pixel of a part of w, as the window shows it, lies in
+    // grey from the part's most common pixel (its background)
+    int contrast(QWidget *w, const QRect &part) const
+    {
+        const QImage image = m_window->grab(part.translated(w->mapTo(m_window.get(), QPoint(0, 0)))).toImage();
+        QMap<int, int> counts;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ++counts[qGray(image.pixel(x, y))];
+        const int ground = std::max_element(counts.begin(), counts.end()).key();
+        return std::max(qAbs(counts.firstKey() - ground), qAbs(counts.lastKey() - ground));
+    }
 
 private slots:
     void init()
@@ -121,6 +135,27 @@ private slots:
         QTest::addColumn<bool>("confirm");
         QTest::newRow("return answers no") << false;
         QTest::newRow("confirmed") << true;
+    }
+
+    // the text the PID page paints itself (the lamp's "操作", the legend) and the
+    // menu buttons' white glyphs stand out from what is behind them in either skin
+    void paintedTextAndMenuGlyphsStandOutInBothSkins_data()
+    {
+        QTest::addColumn<QString>("skin");
+        QTest::newRow("dark") << "深色";
+        QTest::newRow("light") << "浅色";
+    }
+    void paintedTextAndMenuGlyphsStandOutInBothSkins()
+    {
+        QFETCH(QString, skin);
+        action(skin)->trigger();
+        m_window->stackedWidget()->setCurrentIndex(3);
+        StatusLabel *lamp = page(3)->findChild<StatusLabel *>();
+        QWidget *legend = page(3)->findChild<GraphConfigWidget *>(), *settings = nullptr;
+        for (QPushButton *b : m_window->findChildren<QPushButton *>())
+            settings = b->text() == "设置" ? b : settings;
+        QTRY_VERIFY(contrast(lamp, QRect(0, 0, lamp->width() - 22, lamp->height())) > 100);
+        QVERIFY(contrast(legend, QRect(10, 0, 50, legend->height())) > 100 && contrast(settings, QRect(6, 4, 20, 20)) > 100);
     }
 
     void restoreDefaultsResetsOnlyWhenConfirmed()

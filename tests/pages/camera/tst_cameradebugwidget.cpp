@@ -2,7 +2,9 @@
 #include "CameraDebugWidget.h"
 #include "ImageFormatConfig.h"
 #include "ImageViewer.h"
+#include "LinkTap.h"
 #include "LarkPtyPair.h"
+#include "LarkTapSpy.h"
 #include "LarkTest.h"
 #include "QextSerialPort.h"
 #include "QtMessageTip.h"
@@ -186,6 +188,33 @@ private slots:
         QCOMPARE(rig->lastNotice().value(0).toString(), link == Serial ? closed.arg(rig->tty) : closed);
         QCOMPARE(rig->button(), idle);
         QVERIFY(!rig->child<StatusLabel>("statusLabel")->isWork() && rig->links()->isEnabled());
+    }
+
+    // each link's life and bytes through the tap; UDP writes name no destination
+    void theTapSeesEveryLink_data()
+    {
+        QTest::addColumn<int>("link");
+        QTest::newRow("tcp server, closed by the user") << int(Server);
+        QTest::newRow("tcp client, closed by the peer") << int(Client);
+        QTest::newRow("udp, closed by the user") << int(Udp);
+        QTest::newRow("serial, closed by the port watcher") << int(Serial);
+    }
+    void theTapSeesEveryLink()
+    {
+        QFETCH(int, link);
+        LarkTapSpy tap(rig->page.linkTap());
+        QVERIFY(rig->open(Link(link)) && rig->send("junk"));
+        QCOMPARE(tap.received(), QByteArray("junk"));
+        QCOMPARE(rig->page.linkTap()->write("ping"), qint64(link == Udp ? -1 : 4));
+        QCOMPARE(rig->boardReads(4) + tap.sent(), rig->wire("ping") + (link == Udp ? "" : "ping"));
+        const QString names[] = {QString("TCP Server 0.0.0.0:%1").arg(rig->page.tcpServer()->serverPort()),
+                                 QString("TCP Client 127.0.0.1:%1").arg(rig->boardServer.serverPort()),
+                                 QString("UDP 0.0.0.0:%1").arg(rig->page.udpSocket()->localPort()), "/dev/" + rig->tty};
+        if (link == Client)
+            rig->tcp->disconnectFromHost();
+        else
+            link == Serial ? rig->page.SltSerialportChanged({}) : rig->press();
+        QTRY_COMPARE(tap.life(), "open " + names[link] + " closed x1");
     }
 
     void jpegModeOverUdp()

@@ -1,4 +1,6 @@
+#include "LarkTapSpy.h"
 #include "LarkTest.h"
+#include "LinkTap.h"
 #include "NetworkToolWidget.h"
 #include "NumberTool.h"
 #include "QtMessageTip.h"
@@ -170,6 +172,47 @@ private slots:
         QCOMPARE(rig->notices(), closed);
         QCOMPARE(rig->button(), idle);
         QVERIFY(!rig->lampOn() && !rig->sendButton()->isEnabled() && rig->modeFree());
+    }
+
+    // far ends: the second of two clients of the server, chosen in the clients box; the
+    // server the client reaches; the UDP destination
+    void theTapSeesEachModeAndWritesWhereTheSendBoxWould_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::newRow("TCP Server, closed by the user") << 0;
+        QTest::newRow("TCP Client, closed by the peer") << 1;
+        QTest::newRow("UDP, closed by the user") << 2;
+    }
+    void theTapSeesEachModeAndWritesWhereTheSendBoxWould()
+    {
+        QFETCH(int, mode);
+        LarkTapSpy tap(rig->page.linkTap());
+        std::vector<Peer> peers;
+        QUdpSocket udp;
+        QString name;
+        if (mode == 0) {
+            name = QString("TCP Server 0.0.0.0:%1").arg(rig->startServer());
+            peers = rig->connectClients(2);
+            rig->child<QComboBox>("cbxClients")->setCurrentText(rig->nameOf(*peers[1]));
+        } else if (mode == 1) {
+            QVERIFY(rig->board.listen(QHostAddress::LocalHost));
+            rig->open(1, QString::number(rig->board.serverPort()));
+            QTRY_VERIFY(rig->board.hasPendingConnections() && rig->lampOn());
+            peers.emplace_back(), peers.emplace_back(rig->board.nextPendingConnection());
+            name = QString("TCP Client 127.0.0.1:%1").arg(rig->board.serverPort());
+        } else {
+            QVERIFY(udp.bind(QHostAddress(QHostAddress::LocalHost), 0));
+            rig->child<QLineEdit>("edtDestPort")->setText(QString::number(udp.localPort()));
+            name = QString("UDP 0.0.0.0:%1").arg(rig->startUdp());
+        }
+        (void)(mode == 2 ? udp.writeDatagram("junk", QHostAddress::LocalHost, rig->page.udpSocket()->localPort()) : peers[1]->write("junk"));
+        QTRY_COMPARE(tap.received(), QByteArray("junk"));
+        QCOMPARE(rig->page.linkTap()->write("ping") + rig->page.sendCount(), quint64(8));
+        QTRY_VERIFY(mode == 2 ? udp.hasPendingDatagrams() : peers[1]->bytesAvailable() == 4);
+        QCOMPARE((mode == 2 ? udp.receiveDatagram().data() : peers[1]->readAll()) + tap.sent(), QByteArray("pingping"));
+        QVERIFY(mode != 0 || peers[0]->bytesAvailable() == 0);
+        (void)(mode == 1 ? peers[1]->disconnectFromHost() : rig->press());
+        QTRY_COMPARE(tap.life(), "open " + name + " closed x1");
     }
 
     void aBurstOfClientsIsTaggedSentToAllOrOneAskedAndDropped()

@@ -1,7 +1,9 @@
 #include "GraphConfigWidget.h"
 #include "LarkPtyPair.h"
+#include "LarkTapSpy.h"
 #include "LarkTest.h"
 #include "PidBoardFrame.h"
+#include "LinkTap.h"
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
 
@@ -230,6 +232,29 @@ private slots:
         channel()->setCurrentIndex((ch + 1) % 5);
         channel()->setCurrentIndex(ch);
         QCOMPARE(shown(), stored.isEmpty() ? "0.000|0.000|0.000|0|200" : stored);
+    }
+
+    // frames both ways and raw bytes through the tap; a running board hears the stop
+    // before any close
+    void theTapSeesFramesBytesAndEveryClose_data()
+    {
+        QTest::addColumn<bool>("byWatcher");
+        QTest::newRow("closed by the user") << false;
+        QTest::newRow("closed by the port watcher") << true;
+    }
+    void theTapSeesFramesBytesAndEveryClose()
+    {
+        QFETCH(bool, byWatcher);
+        LarkTapSpy tap(m_page->linkTap());
+        const QByteArray started = boardFrame(1, 4), stop = boardFrame(1, 0x13);
+        QVERIFY(openPort() && boardSends("junk" + started));
+        QCOMPARE(tap.received(), "junk" + started);
+        QCOMPARE(m_page->linkTap()->write("ping"), qint64(4));
+        QCOMPARE(m_pty->boardReadAtLeast(4), QByteArray("ping"));
+        byWatcher ? m_page->SltSerialportChanged({}) : button("关闭串口")->click();
+        QCOMPARE(m_pty->boardReadAtLeast(stop.size()), stop);
+        QCOMPARE(tap.sent(), "ping" + stop);
+        QCOMPARE(tap.life(), "open " + m_pty->programPath() + " closed x1");
     }
 
     // What the board reports reaches the edits of the selected channel (another channel's

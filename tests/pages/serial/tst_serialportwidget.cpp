@@ -1,4 +1,5 @@
 #include "LarkPtyPair.h"
+#include "LarkTapSpy.h"
 #include "LarkTest.h"
 #include "MyApp.h"
 #include "NumberTool.h"
@@ -8,7 +9,9 @@
 #include "QtRecvViewFeeder.h"
 #include "QtSendBoxWidget.h"
 #include "QtTerminalWidget.h"
+#include "LinkTap.h"
 #include "SerialportWidget.h"
+#include "UiSkin.h"
 #include "StatusLabel.h"
 
 #include <QTextBlock>
@@ -136,6 +139,59 @@ private slots:
         QTest::newRow("ascii log") << false << true << QByteArrayList{"ab", "cd"}
                                    << "^" + tag + " ASCII >\\nab\\n" + tag + " ASCII >\\ncd$";
         QTest::newRow("hex log") << true << true << QByteArrayList{"ok"} << "^" + tag + " HEX >\\n6F 6B $";
+    }
+
+    // the tap sees raw bytes also when the view holds them, writes like the send box
+    // and sees every close
+    void theTapSeesTheLinkAndWritesLikeTheSendBox_data()
+    {
+        QTest::addColumn<bool>("byWatcher");
+        QTest::newRow("closed by the user") << false;
+        QTest::newRow("closed by the port watcher") << true;
+    }
+    void theTapSeesTheLinkAndWritesLikeTheSendBox()
+    {
+        QFETCH(bool, byWatcher);
+        Rig rig;
+        LarkTapSpy tap(rig.page.linkTap());
+        QCOMPARE(rig.page.linkTap()->write("early"), qint64(-1));
+        QVERIFY(rig.open());
+        rig.child<QCheckBox>("chkStopShow")->setChecked(true);
+        QVERIFY(rig.boardSendsOneRead("ab\xE4"));
+        QCOMPARE(tap.received(), QByteArray("ab\xE4"));
+        QCOMPARE(rig.page.linkTap()->write("ping") + rig.page.sendCount(), 8);
+        QCOMPARE(rig.pty.boardReadAtLeast(4) + tap.sent(), QByteArray("pingping"));
+        byWatcher ? rig.page.SltSerialportChanged({}) : rig.child<QPushButton>("btnOpen")->click();
+        QCOMPARE(tap.life(), "open " + rig.pty.programPath() + " closed x1");
+    }
+
+    // a skin's borders and padding move the bar's end: a view left at its end follows
+    // new data in the other skin too, one scrolled up stays where the user left it
+    void theViewFollowsNewDataAcrossASkinSwitch_data()
+    {
+        QTest::addColumn<bool>("scrolledUp");
+        QTest::newRow("at the end") << false;
+        QTest::newRow("scrolled up") << true;
+    }
+    void theViewFollowsNewDataAcrossASkinSwitch()
+    {
+        QFETCH(bool, scrolledUp);
+        Rig rig;
+        UiSkin::LoadStyleSheet(0);
+        rig.page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&rig.page) && rig.open() && rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        // the view lays out a long text over a few turns of the event loop
+        QScrollBar *bar = rig.page.terminal()->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        bar->setValue(scrolledUp ? bar->maximum() / 2 : bar->maximum());
+        const int left = bar->value(), end = bar->maximum();
+        UiSkin::LoadStyleSheet(1);
+        QVERIFY(rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        QTRY_VERIFY(bar->maximum() > end + 100);
+        QCOMPARE(bar->value(), scrolledUp ? left : bar->maximum());
+        qApp->setStyleSheet(QString());
     }
 
     void receivedBytesShowInTheChosenForm()
