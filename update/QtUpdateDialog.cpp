@@ -1,4 +1,5 @@
 #include "QtUpdateDialog.h"
+#include "AppPaths.h"
 #include "QtTitleBar.h"
 #include "UpdateProtocol.h"
 
@@ -25,10 +26,10 @@
 
 namespace {
 const char *const ProductToken = "larkTools_unix";
-// where the release server lives is decided when the program is packaged; a build
-// of its own asks an update server on this machine
-QString g_strServerHost = QStringLiteral("127.0.0.1");
-quint16 g_nServerPort = 8088;
+// where the update server lives is decided when the program is built for a release
+QString g_strServerHost = QStringLiteral(LARK_UPDATE_HOST);
+quint16 g_nServerPort = LARK_UPDATE_PORT;
+const QString ManagedCopyText = QStringLiteral("程序由系统软件包管理，请用软件包管理器更新");
 } // namespace
 
 QtUpdateDialog::QtUpdateDialog(QWidget *parent)
@@ -37,9 +38,9 @@ QtUpdateDialog::QtUpdateDialog(QWidget *parent)
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(350, 180);
-    m_strProgramDir = QCoreApplication::applicationDirPath();
+    m_strProgramDir = AppPaths::programDir();
     // not created here: MyApp makes it at start-up
-    m_strDownloadDir = QCoreApplication::applicationDirPath() + "/download";
+    m_strDownloadDir = AppPaths::downloadDir();
     InitWidget();
 
     m_manager = new QNetworkAccessManager(this);
@@ -160,14 +161,25 @@ void QtUpdateDialog::handleVersionReply(const QByteArray &body)
         return;
     }
     m_labStatus->setText("检测到新版本: V" + reply.verNum);
-    m_btnUpdate->setEnabled(true);
     m_textBrowser->setText(reply.verInfo);
+    if (!AppPaths::isPortableDir(m_strProgramDir)) {
+        m_textBrowser->append("\n" + ManagedCopyText);
+        m_textBrowser->moveCursor(QTextCursor::End);
+        return;
+    }
+    m_btnUpdate->setEnabled(true);
     m_textBrowser->append("\n是否立即下载新版本?");
     m_textBrowser->moveCursor(QTextCursor::End);
 }
 
 void QtUpdateDialog::SltDownloadFile()
 {
+    // unpacking over files the package manager owns would break the package
+    if (!AppPaths::isPortableDir(m_strProgramDir)) {
+        m_labStatus->setText(ManagedCopyText);
+        m_btnUpdate->setEnabled(false);
+        return;
+    }
     m_progressBar->setVisible(true);
     m_btnUpdate->setEnabled(false);
     m_strTempFile = m_strDownloadDir + "/update.tmp";

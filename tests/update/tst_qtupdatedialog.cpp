@@ -33,6 +33,7 @@ private slots:
     void downloadUnpacksAndRestarts();
     void unsafeEntriesAreSkippedAndNamed_data();
     void unsafeEntriesAreSkippedAndNamed();
+    void aCopyItCannotOverwriteIsLeftToThePackageManager();
 
 protected slots:
     void onConnection()
@@ -259,6 +260,26 @@ void TstQtUpdateDialog::unsafeEntriesAreSkippedAndNamed()
     QVERIFY(!QFile::exists(parent.path() + "/x"));
     QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
     QCOMPARE(readFile(programDir + "/sub/a..b"), QByteArray("good"));
+}
+
+void TstQtUpdateDialog::aCopyItCannotOverwriteIsLeftToThePackageManager()
+{
+    QTemporaryDir tmp;
+    LarkTest::ReadOnlyFolder program(tmp.filePath("program"));
+    if (!program.isReady())
+        QSKIP("root without the right to mount cannot make a folder it may not write");
+    m_answers["/cv/larkTools_unix"] = httpOk("{\"verNum\":\"1.0.1.6\",\"verInfo\":\"修复串口\"}");
+    QtUpdateDialog *dlg = openDialog();
+    dlg->setProgramDir(tmp.filePath("program"));
+    QVERIFY(waitForReplies(1));
+
+    const QString managed = "程序由系统软件包管理，请用软件包管理器更新";
+    QCOMPARE(viewText(), "修复串口\n\n" + managed);
+    QVERIFY(!dlg->findChild<QPushButton *>()->isEnabled());
+    dlg->SltDownloadFile();
+    QCOMPARE(dlg->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->text(), managed);
+    QTest::qWait(0);
+    QVERIFY(!m_requests.join().contains("/up/"));
 }
 
 LARK_TEST_MAIN(TstQtUpdateDialog)
