@@ -121,4 +121,4 @@ update-e2e: deps
 	JOBS=$(JOBS) scripts/update_e2e.sh $(E2E_BUILD) $(E2E_PORT)
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(PKG_BUILD) $(DIST_BUILD) $(DIST_DIR) $(E2E_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(PKG_BUILD) $(DIST_BUILD) $(DIST_DIR) $(E2E_BUILD)-*

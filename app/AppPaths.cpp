@@ -66,7 +66,7 @@ QString AppPaths::firstExisting(const QString &inProgramDir, const QString &inDo
     };
     for (const QString &path : candidates) {
         if (QFileInfo(path).isFile())
-            return QFileInfo(path).absoluteFilePath();
+            return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     }
     return QString();
 }

@@ -24,6 +24,11 @@
 
 #include <private/qzipreader_p.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 const char *const ProductToken = "larkTools_unix";
 // where the update server lives is decided when the program is built for a release
@@ -279,21 +284,48 @@ bool QtUpdateDialog::unpackArchive(const QString &zipPath, const QString &target
         if (entry.isDir) {
             QDir().mkpath(base + entry.filePath);
         } else if (entry.isFile) {
+            // looked up by the stored name; the tidied one may not match it
+            QByteArray data = reader.fileData(rawName);
+            if (data.isEmpty() && entry.size > 0)
+                data = reader.fileData(entry.filePath);
             // overwritten in place: a shorter new file keeps the old file's tail
             QFile file(base + entry.filePath);
             if (file.open(QIODevice::ReadWrite)) {
-                // looked up by the stored name; the tidied one may not match it
-                QByteArray data = reader.fileData(rawName);
-                if (data.isEmpty() && entry.size > 0)
-                    data = reader.fileData(entry.filePath);
                 file.write(data);
                 file.setPermissions(entry.permissions);
                 file.close();
+            } else {
+                replaceRunningProgram(base + entry.filePath, data, entry.permissions);
             }
         }
         m_progressBar->setValue(k);
     }
     return true;
+}
+
+bool QtUpdateDialog::replaceRunningProgram(const QString &path, const QByteArray &data, QFile::Permissions permissions)
+{
+    // Linux refuses to write an executable that is running (ETXTBSY), and this
+    // program is running. The new file takes the name instead; the running one lives
+    // on, unlinked, until it quits, and the restart starts the new one. Any other
+    // file that cannot be opened is passed over, as always.
+    const QByteArray target = QFile::encodeName(path);
+    const int fd = ::open(target.constData(), O_RDWR);
+    const bool busy = fd < 0 && errno == ETXTBSY;
+    if (fd >= 0)
+        ::close(fd);
+    if (!busy)
+        return false;
+
+    QFile file(path + ".new");
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    const bool written = file.write(data) == data.size() && file.setPermissions(permissions);
+    file.close();
+    if (written && ::rename(QFile::encodeName(file.fileName()).constData(), target.constData()) == 0)
+        return true;
+    file.remove();
+    return false;
 }
 
 bool QtUpdateDialog::restartProgram(const QString &programDir)

@@ -20,6 +20,7 @@ private slots:
     void filesLieBesideAnOwnedCopyAndInTheUserFoldersOtherwise();
     void settingsAndSendListsSurviveARestart_data();
     void settingsAndSendListsSurviveARestart();
+    void manualAndLicenseComeFromTheCopyThenFromAnInstalledPrefix();
 
 private:
     QTemporaryDir m_tmp;
@@ -108,6 +109,29 @@ void TstAppPaths::settingsAndSendListsSurviveARestart()
     QtSendBoxWidget box(nullptr, 7);
     QVERIFY(box.multiData().values().contains("AT+GMR"));
     QCOMPARE(QDir(program).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty(), readOnly);
+}
+
+void TstAppPaths::manualAndLicenseComeFromTheCopyThenFromAnInstalledPrefix()
+{
+    const auto touch = [](const QString &path) {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly);
+    };
+    // a prefix laid out as the package installs it, the program in its bin/
+    const QString prefix = m_tmp.filePath("prefix");
+    QVERIFY(touch(prefix + "/bin/larkTools"));
+    AppPaths::setProgramDir(prefix + "/bin");
+    QVERIFY(touch(prefix + "/share/doc/larktools/manual/index.html"));
+    QVERIFY(touch(prefix + "/share/doc/larktools/copyright"));
+    QCOMPARE(AppPaths::manualFile(), prefix + "/share/doc/larktools/manual/index.html");
+    QCOMPARE(AppPaths::licenseFile(), prefix + "/share/doc/larktools/copyright");
+
+    // an unpacked release brings its own, and those come first
+    QVERIFY(touch(prefix + "/bin/doc/manual/index.html"));
+    QVERIFY(touch(prefix + "/bin/LICENSE"));
+    QCOMPARE(AppPaths::manualFile(), prefix + "/bin/doc/manual/index.html");
+    QCOMPARE(AppPaths::licenseFile(), prefix + "/bin/LICENSE");
 }
 
 LARK_TEST_MAIN(TstAppPaths)

@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QTimer>
@@ -34,6 +35,7 @@ private slots:
     void unsafeEntriesAreSkippedAndNamed_data();
     void unsafeEntriesAreSkippedAndNamed();
     void aCopyItCannotOverwriteIsLeftToThePackageManager();
+    void theRunningProgramIsReplacedWhole();
 
 protected slots:
     void onConnection()
@@ -280,6 +282,27 @@ void TstQtUpdateDialog::aCopyItCannotOverwriteIsLeftToThePackageManager()
     QCOMPARE(dlg->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->text(), managed);
     QTest::qWait(0);
     QVERIFY(!m_requests.join().contains("/up/"));
+}
+
+void TstQtUpdateDialog::theRunningProgramIsReplacedWhole()
+{
+    // the system refuses to write a running executable: this one runs while unpacking
+    QTemporaryDir program;
+    const QString exe = program.filePath("larkTools");
+    QVERIFY(QFile::copy("/bin/sleep", exe));
+    QProcess running;
+    running.start(exe, {"60"});
+    QVERIFY(running.waitForStarted());
+    QZipWriter writer(program.filePath("u.zip"));
+    writer.addFile("larkTools", "#!/bin/sh\n");
+    writer.close();
+
+    QVERIFY(openDialog()->unpackArchive(program.filePath("u.zip"), program.path()));
+    QCOMPARE(readFile(exe), QByteArray("#!/bin/sh\n"));
+    QCOMPARE(running.state(), QProcess::Running);
+    QVERIFY(!QFile::exists(exe + ".new"));
+    running.kill();
+    running.waitForFinished();
 }
 
 LARK_TEST_MAIN(TstQtUpdateDialog)

@@ -67,12 +67,8 @@ private:
                 openDialog();
             return;
         }
-        QLabel *status = nullptr;
-        for (QLabel *label : dialog->findChildren<QLabel *>()) {
-            if (label->text().startsWith("正在检查") || label->text().startsWith("检测到")
-                || label->text().startsWith("当前版本"))
-                status = label;
-        }
+        // the status line is the dialog's one label of its own; the title is the bar's
+        QLabel *status = dialog->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
         if (!status || status->text().startsWith("正在检查"))
             return;
         m_timer.stop();

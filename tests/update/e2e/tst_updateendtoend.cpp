@@ -53,6 +53,8 @@ void TstUpdateEndToEnd::initTestCase()
     if (!QFile::exists(m_strRelease + "/larkTools_unix.json"))
         QFAIL("LARK_E2E_RELEASE must name the releases/ folder of `scripts/make_dist.py` (make update-e2e does)");
     QVERIFY(m_dir.isValid());
+    // nginx started by root serves as nobody, who must be able to read the release
+    QFile::setPermissions(m_dir.path(), QFile::permissions(m_dir.path()) | QFile::ReadOther | QFile::ExeOther);
 
     // the server folder as deploy/update-server/README.md lays it out
     const QString server = m_dir.filePath("server");
