@@ -107,6 +107,7 @@ void TstUpdateEndToEnd::copyUpdatesItselfRestartsAndThenIsUpToDate()
     first.setProcessChannelMode(QProcess::ForwardedChannels);
     first.start(copy + "/larkTools", QStringList());
     QVERIFY(first.waitForStarted());
+    const qint64 firstPid = first.processId();
 
     QTRY_VERIFY2_WITH_TIMEOUT(report().contains("2 done"), qPrintable(report()), 120000);
     QTRY_COMPARE_WITH_TIMEOUT(first.state(), QProcess::NotRunning, 10000);
@@ -117,8 +118,8 @@ void TstUpdateEndToEnd::copyUpdatesItselfRestartsAndThenIsUpToDate()
     QVERIFY2(lines.contains("1 update-clicked"), qPrintable(report()));
     QVERIFY2(lines.contains("2 status=当前版本已经是最新版本！"), qPrintable(report()));
     // the restarted program is another process, and it is the release's
-    QVERIFY(lines.contains(QString("1 pid=%1").arg(first.processId())));
-    QVERIFY(!lines.contains(QString("2 pid=%1").arg(first.processId())));
+    QVERIFY(lines.contains(QString("1 pid=%1").arg(firstPid)));
+    QVERIFY(!lines.contains(QString("2 pid=%1").arg(firstPid)));
     QVERIFY(fileHash(copy + "/larkTools") != oldHash);
     QVERIFY(QFile::exists(copy + "/doc/manual/index.html"));
     QVERIFY(QFileInfo(copy + "/larkTools").isExecutable());
