@@ -21,8 +21,7 @@ add_custom_command(OUTPUT ${_icons}
 
 # Debian wants manual pages and the changelog compressed, reproducibly (-n: no time)
 set(_gz)
-foreach(_pair "larkTools.1|${_pkg}/larkTools.1" "larksim.1|${_pkg}/larksim.1"
-              "changelog|${PROJECT_SOURCE_DIR}/CHANGELOG")
+foreach(_pair "larkTools.1|${_pkg}/larkTools.1" "larksim.1|${_pkg}/larksim.1")
     string(REPLACE "|" ";" _pair "${_pair}")
     list(GET _pair 0 _name)
     list(GET _pair 1 _src)
@@ -33,6 +32,13 @@ foreach(_pair "larkTools.1|${_pkg}/larkTools.1" "larksim.1|${_pkg}/larksim.1"
         VERBATIM)
     list(APPEND _gz ${_gen}/${_name}.gz)
 endforeach()
+set(LARK_MAINTAINER "larkTools developers <larktools@example.org>")
+add_custom_command(OUTPUT ${_gen}/changelog.gz
+    COMMAND ${LARK_FONTFORGE_PYTHON} ${_pkg}/debian_changelog.py ${PROJECT_SOURCE_DIR}/CHANGELOG
+            ${LARK_VERSION} ${LARK_MAINTAINER} ${_gen}/changelog.gz
+    DEPENDS ${_pkg}/debian_changelog.py ${PROJECT_SOURCE_DIR}/CHANGELOG
+    VERBATIM)
+list(APPEND _gz ${_gen}/changelog.gz)
 
 # A copy run from the build folder finds its manual where an unpacked release has it.
 add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/doc/manual/index.html
@@ -63,16 +69,16 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME larktools)
 set(CPACK_PACKAGE_VERSION ${LARK_VERSION})
 set(CPACK_PACKAGE_VENDOR "The larkTools developers")
-set(CPACK_PACKAGE_CONTACT "larkTools developers <larktools@example.org>")
+set(CPACK_PACKAGE_CONTACT ${LARK_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "debugging workbench for embedded boards")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "debugging workbench for embedded boards
- larkTools is one window with five tool pages for the developer of an embedded
- board: a serial assistant (text or hexadecimal receive view, typed, listed and
- periodic sending), a camera debug assistant (images and sensor registers over
- serial, TCP or UDP), a network assistant (TCP server, TCP client, UDP), a PID
- tuning assistant with a live plot of five channels, and a binary file editor.
- .
- The package also holds larksim, a simulator of the boards the pages talk to.")
+# the long description; CPack indents it and marks the blank line
+set(CPACK_PACKAGE_DESCRIPTION "larkTools is one window with five tool pages for the developer of an embedded
+board: a serial assistant (text or hexadecimal receive view, typed, listed and
+periodic sending), a camera debug assistant (images and sensor registers over
+serial, TCP or UDP), a network assistant (TCP server, TCP client, UDP), a PID
+tuning assistant with a live plot of five channels, and a binary file editor.
+
+The package also holds larksim, a simulator of the boards the pages talk to.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
@@ -80,14 +86,8 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://larktools.github.io/")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_STRIP_FILES ON)
-# The unpacker uses a private class of Qt, which binds the program to the exact Qt
-# build it was compiled against; Debian names that binding with a virtual package.
-execute_process(COMMAND dpkg-query -W -f=\${Provides} libqt5core5a
-    OUTPUT_VARIABLE _qt_provides ERROR_QUIET OUTPUT_STRIP_TRAILING_WHITESPACE)
-string(REGEX MATCH "qtbase-abi-[0-9-]+" _qt_abi "${_qt_provides}")
-if(_qt_abi)
-    set(CPACK_DEBIAN_PACKAGE_DEPENDS ${_qt_abi})
-endif()
+# (The unpacker's use of a private Qt class binds the program to one Qt build;
+# dpkg-shlibdeps adds Debian's qtbase-abi-* dependency for that by itself.)
 # a font that has the Chinese texts; fonts are no libraries, so dpkg-shlibdeps misses it
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-wqy-microhei")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)

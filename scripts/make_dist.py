@@ -8,7 +8,7 @@
   OUT/releases/larkTools_unix.json       {"verNum", "verInfo"} beside it, ready for
                                          deploy/update-server to serve
 
-verInfo is the entry of CHANGELOG for VERSION. Neither conf/ nor download/ goes in:
+verInfo is the entry of CHANGELOG for VERSION (its lines after "VERSION DATE"). Neither conf/ nor download/ goes in:
 unpacking a release must never overwrite a user's settings.
 
 Usage: make_dist.py BUILD_DIR VERSION OUT_DIR
@@ -31,7 +31,7 @@ def release_notes(version):
         blocks = f.read().strip().split("\n\n")
     for block in blocks:
         lines = block.strip().splitlines()
-        if lines and lines[0].strip() == version:
+        if lines and lines[0].split()[0] == version:
             return "\n".join(lines[1:])
     sys.exit(f"CHANGELOG has no entry for {version}: add one before releasing it")
 
