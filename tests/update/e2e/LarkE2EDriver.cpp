@@ -1,11 +1,9 @@
-// Drives the update dialog of an unmodified larkTools from inside its own process:
-// Qt loads this generic plugin into any application started with
+// Drives the update dialog of an unmodified larkTools from inside its own process: Qt
+// loads this generic plugin into any application started with
 // QT_QPA_GENERIC_PLUGINS=larke2edriver and QT_PLUGIN_PATH naming the folder above
-// generic/. The program knows nothing of it; the restarted program inherits the
-// environment and so is driven too. What the dialogs show goes, line by line, into
-// the file $LARK_E2E_REPORT for tst_updateendtoend to judge:
-//   first run:  <n> pid=, title=, status=, then "update-clicked" after pressing "更新"
-//   second run: the same, then "done", and the program quits.
+// generic/. The restarted program inherits the environment and is driven too. What
+// the dialog shows goes into the file $LARK_E2E_REPORT, one "RUN key=value" a line:
+// the first run presses "更新" ("update-clicked"), the second one quits ("done").
 #include <QAction>
 #include <QApplication>
 #include <QFile>
@@ -17,17 +15,8 @@
 
 namespace {
 
-QWidget *visibleTopLevel(const char *className, const QString &objectName = QString())
-{
-    for (QWidget *w : QApplication::topLevelWidgets()) {
-        if (w->isVisible() && w->inherits(className) && (objectName.isEmpty() || w->objectName() == objectName))
-            return w;
-    }
-    return nullptr;
-}
-
 template <class T>
-T *childWithText(QWidget *parent, const QString &prefix)
+T *withText(QWidget *parent, const QString &prefix)
 {
     for (T *child : parent->findChildren<T *>()) {
         if (child->text().startsWith(prefix))
@@ -42,8 +31,8 @@ public:
     DialogScript()
     {
         m_file.setFileName(QString::fromLocal8Bit(qgetenv("LARK_E2E_REPORT")));
-        if (m_file.open(QIODevice::ReadOnly))
-            m_nRun = m_file.readAll().contains("update-clicked") ? 2 : 1;
+        if (m_file.open(QIODevice::ReadOnly) && m_file.readAll().contains("update-clicked"))
+            m_nRun = 2;
         m_file.close();
         connect(&m_timer, &QTimer::timeout, this, &DialogScript::step);
         m_timer.start(100);
@@ -52,19 +41,33 @@ public:
 private:
     void report(const QString &line)
     {
-        if (m_file.open(QIODevice::Append | QIODevice::Text)) {
+        if (m_file.open(QIODevice::Append))
             m_file.write(QString("%1 %2\n").arg(m_nRun).arg(line).toUtf8());
-            m_file.close();
-        }
+        m_file.close();
     }
 
-    // one look at the widgets every tick: the program runs at its own pace
+    // one look at the widgets a tick: the program goes at its own pace
     void step()
     {
-        QWidget *dialog = visibleTopLevel("QtUpdateDialog");
+        QWidget *window = nullptr, *dialog = nullptr;
+        for (QWidget *w : QApplication::topLevelWidgets()) {
+            if (w->isVisible() && w->objectName() == "MainWindow")
+                window = w;
+            if (w->isVisible() && w->inherits("QtUpdateDialog"))
+                dialog = w;
+        }
         if (!dialog) {
-            if (!m_bAsked)
-                openDialog();
+            QPushButton *about = window && !m_bAsked ? withText<QPushButton>(window, "关于...") : nullptr;
+            QMenu *menu = about ? about->menu() : nullptr;
+            const QList<QAction *> actions = menu ? menu->actions() : QList<QAction *>();
+            for (QAction *action : actions) {
+                // the user's way, through the menu's own signal; queued, as the slot
+                // runs the dialog's event loop until it closes
+                if (action->text() == "检查版本更新") {
+                    m_bAsked = true;
+                    QTimer::singleShot(0, menu, [menu, action] { emit menu->triggered(action); });
+                }
+            }
             return;
         }
         // the status line is the dialog's one label of its own; the title is the bar's
@@ -72,35 +75,17 @@ private:
         if (!status || status->text().startsWith("正在检查"))
             return;
         m_timer.stop();
-        QLabel *title = childWithText<QLabel>(dialog, "版本更新[");
+        QLabel *title = withText<QLabel>(dialog, "版本更新[");
         report(QString("pid=%1").arg(QCoreApplication::applicationPid()));
         report("title=" + (title ? title->text() : QString()));
         report("status=" + status->text());
-        if (m_nRun == 1) {
-            QPushButton *update = childWithText<QPushButton>(dialog, "更新");
-            report(update && update->isEnabled() ? "update-clicked" : "update-disabled");
-            if (update && update->isEnabled())
-                QTimer::singleShot(0, update, &QPushButton::click);
-        } else {
+        QPushButton *update = withText<QPushButton>(dialog, "更新");
+        if (m_nRun == 2) {
             report("done");
             QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-        }
-    }
-
-    // the user's way: the about menu's entry, through the menu's own signal
-    void openDialog()
-    {
-        QWidget *window = visibleTopLevel("QWidget", "MainWindow");
-        QPushButton *about = window ? childWithText<QPushButton>(window, "关于...") : nullptr;
-        QMenu *menu = about ? about->menu() : nullptr;
-        if (!menu)
-            return;
-        for (QAction *action : menu->actions()) {
-            if (action->text() == "检查版本更新") {
-                m_bAsked = true;
-                // queued: the slot runs the dialog's own event loop until it closes
-                QTimer::singleShot(0, menu, [menu, action] { emit menu->triggered(action); });
-            }
+        } else if (update && update->isEnabled()) {
+            report("update-clicked");
+            QTimer::singleShot(0, update, &QPushButton::click);
         }
     }
 
