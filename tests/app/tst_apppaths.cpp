@@ -88,6 +88,7 @@ void TstAppPaths::manualAndLicenseComeFromTheCopyThenFromAnInstalledPrefix()
 {
     // a prefix as the package lays it out, then an unpacked release in its bin/
     const QString prefix = m_tmp.filePath("prefix");
+    QVERIFY(QDir().mkpath(prefix + "/bin"));
     AppPaths::setProgramDir(prefix + "/bin");
     for (const QString &copy : {prefix + "/share/doc/larktools/", prefix + "/bin/"}) {
         const QString manual = copy + (copy.endsWith("bin/") ? "doc/manual/index.html" : "manual/index.html");
