@@ -9,26 +9,40 @@
 #              executions if that comes first, with ASan and UBSan; fails on any finding
 # make bench : build and run the benchmarks (and, beside the editor page's, time
 #              Okteta and GHex opening the same file size)
+# make package : the Debian package (build-pkg/larktools_*.deb), checked with
+#              desktop-file-validate, appstreamcli and lintian
+# make dist  : the portable release zip and the update server's version reply
+#              (dist/), from a build stamped VERSION (default 1.0.1.5)
+# make update-e2e : a 1.0.1.5 portable copy updates itself to a 1.0.1.6 release
+#              served by nginx on loopback, restarts, and finds itself up to date
 BUILD ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
 FUZZ_RUNS ?=
 JOBS ?= 2
+PKG_BUILD ?= build-pkg
+DIST_BUILD ?= build-dist
+DIST_DIR ?= dist
+E2E_BUILD ?= build-e2e
+E2E_PORT ?= 18188
+VERSION ?= 1.0.1.5
 
 DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
        libqt5x11extras5-dev libxcb1-dev \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
-       xvfb xauth imagemagick socat
+       xvfb xauth imagemagick socat nginx-light
 # only the benchmarks need these: two desktop hex editors and a terminal timed for
 # comparison
 BENCH_DEBS = okteta ghex xdotool putty
 # only the fuzz targets need these: libFuzzer comes with clang
 FUZZ_DEBS = clang-14 libfuzzer-14-dev
+# only the package needs these: its checkers and dpkg-shlibdeps
+PACKAGE_DEBS = desktop-file-utils appstream lintian dpkg-dev file
 
-.PHONY: all deps build run test test-asan fuzz bench demo clean
+.PHONY: all deps build run test test-asan fuzz bench demo package dist update-e2e clean
 
 all: build
 
@@ -87,5 +101,25 @@ bench: build
 demo: build
 	scripts/demo.sh $(BUILD)
 
+# the package is built for /usr without tests, benchmarks or debugging information
+package: EXTRA_DEBS = $(PACKAGE_DEBS)
+package: deps
+	cmake -S . -B $(PKG_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr \
+	  -DLARK_BUILD_TESTS=OFF -DLARK_BUILD_BENCH=OFF -DLARK_VERSION=$(VERSION)
+	cmake --build $(PKG_BUILD) -j$(JOBS)
+	cd $(PKG_BUILD) && cpack -G DEB
+	desktop-file-validate packaging/io.github.larktools.LarkTools.desktop
+	appstreamcli validate --no-net packaging/io.github.larktools.LarkTools.metainfo.xml
+	lintian --fail-on error $(PKG_BUILD)/larktools_$(VERSION)_*.deb
+
+dist: deps
+	cmake -S . -B $(DIST_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLARK_BUILD_TESTS=OFF \
+	  -DLARK_BUILD_BENCH=OFF -DLARK_VERSION=$(VERSION)
+	cmake --build $(DIST_BUILD) -j$(JOBS) --target larkTools larksim
+	python3 scripts/make_dist.py $(DIST_BUILD) $(VERSION) $(DIST_DIR)
+
+update-e2e: deps
+	JOBS=$(JOBS) scripts/update_e2e.sh $(E2E_BUILD) $(E2E_PORT)
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(PKG_BUILD) $(DIST_BUILD) $(DIST_DIR) $(E2E_BUILD)-*

@@ -1,7 +1,7 @@
 #include "AppConfig.h"
+#include "AppPaths.h"
 #include "MyApp.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QSettings>
 
@@ -13,7 +13,7 @@ QColor AppConfig::m_colorSendTextColor = QColor("#f2f2f2");
 
 void AppConfig::CreateSettings()
 {
-    m_strSettingsFile = QCoreApplication::applicationDirPath() + "/conf/config.ini";
+    m_strSettingsFile = AppPaths::confDir() + "/config.ini";
     QSettings settings(m_strSettingsFile, QSettings::IniFormat);
     const QString groups = settings.childGroups().join("");
     // An existing file with any group at all is left as it is, whatever keys it lacks.

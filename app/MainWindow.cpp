@@ -1,4 +1,5 @@
 #include "MainWindow.h"
+#include "AppPaths.h"
 #include "IconHelper.h"
 #include "MyApp.h"
 #include "UiSkin.h"
@@ -10,6 +11,7 @@
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "QtUpdateDialog.h"
+#include "UpdateProtocol.h"
 #include "QtWaitDialog.h"
 #include "QtWidgetBase.h"
 #include "CameraDebugWidget.h"
@@ -31,8 +33,9 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-const char *const MainWindow::HelpUrl = "https://larktools.gitee.io/help.html";
-const char *const MainWindow::MakerUrl = "https://larktools.gitee.io/";
+// the manual on the web, for a copy that came without its own
+const char *const MainWindow::HelpUrl = "https://larktools.github.io/manual/";
+const char *const MainWindow::MakerUrl = "https://larktools.github.io/";
 
 MainWindow::MainWindow(QWidget *parent)
     : QtMainWindow(parent)
@@ -217,13 +220,32 @@ void MainWindow::SltAboutMenuTrigger(QAction *action)
         QtUpdateDialog *dialog = new QtUpdateDialog(this);
         dialog->exec();
     } else if (text == "关于云雀科技") {
-        QDesktopServices::openUrl(QUrl(MakerUrl));
+        // without a browser the user still learns what this is and where its manual is
+        if (!QDesktopServices::openUrl(QUrl(MakerUrl)))
+            QtMessageBox::infomation(aboutText(), "关于云雀科技");
     }
+}
+
+QString MainWindow::helpUrl()
+{
+    const QString manual = AppPaths::manualFile();
+    return manual.isEmpty() ? QString(HelpUrl) : QUrl::fromLocalFile(manual).toString();
+}
+
+QString MainWindow::aboutText()
+{
+    const QString license = AppPaths::licenseFile();
+    return QString("云雀多功能调试助手 V%1\n"
+                   "许可证: MIT%2\n"
+                   "使用手册: %3\n"
+                   "主页: %4")
+        .arg(UpdateProtocol::currentVersionText(),
+             license.isEmpty() ? QString() : QString("（%1）").arg(license), helpUrl(), MakerUrl);
 }
 
 void MainWindow::SltBtnHelpClicked()
 {
-    QDesktopServices::openUrl(QUrl(HelpUrl));
+    QDesktopServices::openUrl(QUrl(helpUrl()));
 }
 
 void MainWindow::closeApp()

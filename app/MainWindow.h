@@ -25,6 +25,10 @@ public:
     // where the help page and the maker's site live
     static const char *const HelpUrl;
     static const char *const MakerUrl;
+    // the manual installed with this copy as a file URL, HelpUrl when there is none
+    static QString helpUrl();
+    // version, license, manual and maker's address, for a user without a browser
+    static QString aboutText();
 
     QStackedWidget *stackedWidget() const { return m_stackedWidget; }
     QtStatusBar *statusBar() const { return m_statusBar; }

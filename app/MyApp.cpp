@@ -1,8 +1,8 @@
 #include "MyApp.h"
 #include "AppConfig.h"
+#include "AppPaths.h"
 #include "UiSkin.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTextCodec>
@@ -22,11 +22,12 @@ void MyApp::InitApp()
 
 void MyApp::CheckDirs(const QStringList &dirs)
 {
-    const QString base = QCoreApplication::applicationDirPath() + "/";
+    // beside the executable for a copy that owns its folder, else in the XDG folders
     for (const QString &name : dirs) {
-        QDir dir(base + name);
+        const QString path = AppPaths::dataDir(name);
+        QDir dir(path);
         if (!dir.exists())
-            dir.mkpath(base + name);
+            dir.mkpath(path);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <sys/mount.h>
 #include <unistd.h>
 
 namespace LarkTest {
@@ -24,6 +25,23 @@ void cleanAppDirs()
     const QString base = QCoreApplication::applicationDirPath();
     QDir(base + "/conf").removeRecursively();
     QDir(base + "/download").removeRecursively();
+}
+
+ReadOnlyFolder::ReadOnlyFolder(const QString &path)
+    : m_strPath(path)
+{
+    QDir().mkpath(path);
+    if (geteuid() == 0)
+        m_bReady = m_bMounted = ::mount("tmpfs", path.toLocal8Bit(), "tmpfs", MS_RDONLY, "size=64k") == 0;
+    else
+        m_bReady = QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+}
+
+ReadOnlyFolder::~ReadOnlyFolder()
+{
+    if (m_bMounted)
+        ::umount(m_strPath.toLocal8Bit());
+    QFile::setPermissions(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 } // namespace LarkTest

@@ -15,6 +15,22 @@ void prepareEnvironment();
 // first start of the program would and leaves nothing for the next one.
 void cleanAppDirs();
 
+// A folder its user cannot write, for as long as this object lives. Root ignores
+// permission bits, so for root it is a tmpfs mounted read-only over the folder;
+// anyone else gets the bits taken away. Not ready when root may not mount.
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder(const QString &path);
+    ~ReadOnlyFolder();
+    bool isReady() const { return m_bReady; }
+
+private:
+    QString m_strPath;
+    bool m_bMounted = false;
+    bool m_bReady = false;
+};
+
 template <class App, class Test>
 int runTest(int argc, char **argv)
 {

@@ -1,4 +1,5 @@
 #include "QtUpdateDialog.h"
+#include "AppPaths.h"
 #include "QtTitleBar.h"
 #include "UpdateProtocol.h"
 
@@ -23,12 +24,17 @@
 
 #include <private/qzipreader_p.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
 const char *const ProductToken = "larkTools_unix";
-// where the release server lives is decided when the program is packaged; a build
-// of its own asks an update server on this machine
-QString g_strServerHost = QStringLiteral("127.0.0.1");
-quint16 g_nServerPort = 8088;
+// where the update server lives is decided when the program is built for a release
+QString g_strServerHost = QStringLiteral(LARK_UPDATE_HOST);
+quint16 g_nServerPort = LARK_UPDATE_PORT;
+const QString ManagedCopyText = QStringLiteral("程序由系统软件包管理，请用软件包管理器更新");
 } // namespace
 
 QtUpdateDialog::QtUpdateDialog(QWidget *parent)
@@ -37,9 +43,9 @@ QtUpdateDialog::QtUpdateDialog(QWidget *parent)
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(350, 180);
-    m_strProgramDir = QCoreApplication::applicationDirPath();
+    m_strProgramDir = AppPaths::programDir();
     // not created here: MyApp makes it at start-up
-    m_strDownloadDir = QCoreApplication::applicationDirPath() + "/download";
+    m_strDownloadDir = AppPaths::downloadDir();
     InitWidget();
 
     m_manager = new QNetworkAccessManager(this);
@@ -160,14 +166,25 @@ void QtUpdateDialog::handleVersionReply(const QByteArray &body)
         return;
     }
     m_labStatus->setText("检测到新版本: V" + reply.verNum);
-    m_btnUpdate->setEnabled(true);
     m_textBrowser->setText(reply.verInfo);
+    if (!AppPaths::isPortableDir(m_strProgramDir)) {
+        m_textBrowser->append("\n" + ManagedCopyText);
+        m_textBrowser->moveCursor(QTextCursor::End);
+        return;
+    }
+    m_btnUpdate->setEnabled(true);
     m_textBrowser->append("\n是否立即下载新版本?");
     m_textBrowser->moveCursor(QTextCursor::End);
 }
 
 void QtUpdateDialog::SltDownloadFile()
 {
+    // unpacking over files the package manager owns would break the package
+    if (!AppPaths::isPortableDir(m_strProgramDir)) {
+        m_labStatus->setText(ManagedCopyText);
+        m_btnUpdate->setEnabled(false);
+        return;
+    }
     m_progressBar->setVisible(true);
     m_btnUpdate->setEnabled(false);
     m_strTempFile = m_strDownloadDir + "/update.tmp";
@@ -267,21 +284,48 @@ bool QtUpdateDialog::unpackArchive(const QString &zipPath, const QString &target
         if (entry.isDir) {
             QDir().mkpath(base + entry.filePath);
         } else if (entry.isFile) {
+            // looked up by the stored name; the tidied one may not match it
+            QByteArray data = reader.fileData(rawName);
+            if (data.isEmpty() && entry.size > 0)
+                data = reader.fileData(entry.filePath);
             // overwritten in place: a shorter new file keeps the old file's tail
             QFile file(base + entry.filePath);
             if (file.open(QIODevice::ReadWrite)) {
-                // looked up by the stored name; the tidied one may not match it
-                QByteArray data = reader.fileData(rawName);
-                if (data.isEmpty() && entry.size > 0)
-                    data = reader.fileData(entry.filePath);
                 file.write(data);
                 file.setPermissions(entry.permissions);
                 file.close();
+            } else {
+                replaceRunningProgram(base + entry.filePath, data, entry.permissions);
             }
         }
         m_progressBar->setValue(k);
     }
     return true;
+}
+
+bool QtUpdateDialog::replaceRunningProgram(const QString &path, const QByteArray &data, QFile::Permissions permissions)
+{
+    // Linux refuses to write an executable that is running (ETXTBSY), and this
+    // program is running. The new file takes the name instead; the running one lives
+    // on, unlinked, until it quits, and the restart starts the new one. Any other
+    // file that cannot be opened is passed over, as always.
+    const QByteArray target = QFile::encodeName(path);
+    const int fd = ::open(target.constData(), O_RDWR);
+    const bool busy = fd < 0 && errno == ETXTBSY;
+    if (fd >= 0)
+        ::close(fd);
+    if (!busy)
+        return false;
+
+    QFile file(path + ".new");
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    const bool written = file.write(data) == data.size() && file.setPermissions(permissions);
+    file.close();
+    if (written && ::rename(QFile::encodeName(file.fileName()).constData(), target.constData()) == 0)
+        return true;
+    file.remove();
+    return false;
 }
 
 bool QtUpdateDialog::restartProgram(const QString &programDir)

@@ -11,7 +11,7 @@ namespace UpdateProtocol {
 
 QString currentVersionText()
 {
-    return QString("%1.%2.%3.%4").arg(1).arg(0).arg(1).arg(5);
+    return QString("%1.%2.%3.%4").arg(LARK_VERSION_1).arg(LARK_VERSION_2).arg(LARK_VERSION_3).arg(LARK_VERSION_4);
 }
 
 quint32 versionValue(const QString &version)

@@ -1,6 +1,8 @@
 #ifndef UPDATEPROTOCOL_H
 #define UPDATEPROTOCOL_H
 
+#include "LarkRelease.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -9,8 +11,8 @@
 // downloads, as plain functions: no widgets, no network, so they can be fed anything.
 namespace UpdateProtocol {
 
-// the program's own version, packed one number per byte
-enum { CurrentVersionValue = 0x01000105 };
+// the program's own version, packed one number per byte; a release build stamps it
+enum { CurrentVersionValue = LARK_VERSION_VALUE };
 
 struct VersionReply {
     enum Kind {

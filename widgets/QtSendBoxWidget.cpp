@@ -1,4 +1,5 @@
 #include "QtSendBoxWidget.h"
+#include "AppPaths.h"
 #include "MyApp.h"
 #include "NumberTool.h"
 #include "QtFileDialog.h"
@@ -10,7 +11,6 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFile>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -49,11 +49,11 @@ QtSendBoxWidget::QtSendBoxWidget(QWidget *parent, int pages)
 
     if (pages & SinglePage) {
         InitSingelPage();
-        const QString dir = QCoreApplication::applicationDirPath();
+        const QString dir = AppPaths::confDir();
         if (pages == 7)
-            m_strHistoryFile = dir + "/conf/ser_send_data.txt";
+            m_strHistoryFile = dir + "/ser_send_data.txt";
         else if (pages == 3)
-            m_strHistoryFile = dir + "/conf/net_send_data.txt";
+            m_strHistoryFile = dir + "/net_send_data.txt";
         LoadQuitSendMsg(m_strHistoryFile);
     }
     if (pages & MultiPage) {
@@ -84,7 +84,7 @@ QString QtSendBoxWidget::multiConfigFile() const
         name = "ser_multi_conf.txt";
     else if (m_nPageFlags == 3)
         name = "net_multi_conf.txt";
-    return QCoreApplication::applicationDirPath() + "/conf/" + name;
+    return AppPaths::confDir() + "/" + name;
 }
 
 void QtSendBoxWidget::InitSingelPage()

@@ -3,7 +3,11 @@
 standard library: the window icon, the title bar logo (a lark on a blue badge)
 and the two grey arrows of the combo boxes and scroll bars.
 
+The window icon is also drawn as the desktop's icon set: an SVG from the same
+shapes, and PNGs at the sizes the hicolor theme asks for.
+
 Usage: make_images.py OUTPUT_DIR
+       make_images.py --icons OUTPUT_DIR   (OUTPUT_DIR/app_logo.svg, app_logo_NxN.png)
 """
 import math
 import os
@@ -20,8 +24,11 @@ ARROW = (0x99, 0x99, 0x99)  # reads on the dark and on the light combo box
 
 
 # Shapes are predicates over the unit square, y running downwards.
+# Each also carries its SVG element in unit coordinates, so both renderings agree.
 def circle(cx, cy, r):
-    return lambda x, y: (x - cx) ** 2 + (y - cy) ** 2 <= r * r
+    inside = lambda x, y: (x - cx) ** 2 + (y - cy) ** 2 <= r * r
+    inside.svg = f'<circle cx="{cx}" cy="{cy}" r="{r}"'
+    return inside
 
 
 def ellipse(cx, cy, rx, ry, degrees):
@@ -31,6 +38,8 @@ def ellipse(cx, cy, rx, ry, degrees):
         u, v = (x - cx) * c + (y - cy) * s, -(x - cx) * s + (y - cy) * c
         return (u / rx) ** 2 + (v / ry) ** 2 <= 1
 
+    inside.svg = (f'<ellipse cx="{cx}" cy="{cy}" rx="{rx}" ry="{ry}" '
+                  f'transform="rotate({degrees} {cx} {cy})"')
     return inside
 
 
@@ -42,6 +51,7 @@ def polygon(*points):
                 hit = not hit
         return hit
 
+    inside.svg = '<polygon points="%s"' % " ".join(f"{x},{y}" for x, y in points)
     return inside
 
 
@@ -111,6 +121,25 @@ IMAGES = {
 }
 
 
+def write_svg(path, layers, size=256):
+    body = "".join('  %s fill="#%02x%02x%02x"/>\n' % ((shape.svg,) + colour)
+                   for colour, shape in layers)
+    with open(path, "w") as f:
+        f.write(f'<svg xmlns="http://www.w3.org/2000/svg" width="{size}" height="{size}" '
+                f'viewBox="0 0 1 1">\n{body}</svg>\n')
+
+
+ICON_SIZES = (48, 64, 128, 256)
+
+
+def icons(out_dir):
+    os.makedirs(out_dir, exist_ok=True)
+    layers = IMAGES["app_logo.png"][1]
+    write_svg(os.path.join(out_dir, "app_logo.svg"), layers)
+    for n in ICON_SIZES:
+        write_png(os.path.join(out_dir, f"app_logo_{n}x{n}.png"), render((n, n), layers))
+
+
 def main(out_dir):
     os.makedirs(out_dir, exist_ok=True)
     for name, (size, layers) in IMAGES.items():
@@ -118,6 +147,9 @@ def main(out_dir):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 2:
+    if len(sys.argv) == 3 and sys.argv[1] == "--icons":
+        icons(sys.argv[2])
+    elif len(sys.argv) == 2:
+        main(sys.argv[1])
+    else:
         sys.exit(__doc__)
-    main(sys.argv[1])

@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QTimer>
@@ -33,6 +34,9 @@ private slots:
     void downloadUnpacksAndRestarts();
     void unsafeEntriesAreSkippedAndNamed_data();
     void unsafeEntriesAreSkippedAndNamed();
+    void aCopyItCannotOverwriteIsLeftToThePackageManager();
+    void theRunningProgramIsReplacedWhole();
+    void anArchiveThatCannotBeReadStopsBeforeTheRestart();
 
 protected slots:
     void onConnection()
@@ -259,6 +263,61 @@ void TstQtUpdateDialog::unsafeEntriesAreSkippedAndNamed()
     QVERIFY(!QFile::exists(parent.path() + "/x"));
     QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
     QCOMPARE(readFile(programDir + "/sub/a..b"), QByteArray("good"));
+}
+
+void TstQtUpdateDialog::aCopyItCannotOverwriteIsLeftToThePackageManager()
+{
+    QTemporaryDir tmp;
+    LarkTest::ReadOnlyFolder program(tmp.filePath("program"));
+    if (!program.isReady())
+        QSKIP("root without the right to mount cannot make a folder it may not write");
+    m_answers["/cv/larkTools_unix"] = httpOk("{\"verNum\":\"1.0.1.6\",\"verInfo\":\"修复串口\"}");
+    QtUpdateDialog *dlg = openDialog();
+    dlg->setProgramDir(tmp.filePath("program"));
+    QVERIFY(waitForReplies(1));
+
+    const QString managed = "程序由系统软件包管理，请用软件包管理器更新";
+    QCOMPARE(viewText(), "修复串口\n\n" + managed);
+    QVERIFY(!dlg->findChild<QPushButton *>()->isEnabled());
+    dlg->SltDownloadFile();
+    QCOMPARE(dlg->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->text(), managed);
+    QTest::qWait(0);
+    QVERIFY(!m_requests.join().contains("/up/"));
+}
+
+void TstQtUpdateDialog::theRunningProgramIsReplacedWhole()
+{
+    // the system refuses to write a running executable: this one runs while unpacking
+    QTemporaryDir program;
+    const QString exe = program.filePath("larkTools");
+    QVERIFY(QFile::copy("/bin/sleep", exe));
+    QProcess running;
+    running.start(exe, {"60"});
+    QVERIFY(running.waitForStarted());
+    QZipWriter writer(program.filePath("u.zip"));
+    writer.addFile("larkTools", "#!/bin/sh\n");
+    writer.close();
+
+    QVERIFY(openDialog()->unpackArchive(program.filePath("u.zip"), program.path()));
+    QCOMPARE(readFile(exe), QByteArray("#!/bin/sh\n"));
+    QCOMPARE(running.state(), QProcess::Running);
+    QVERIFY(!QFile::exists(exe + ".new"));
+    running.kill();
+    running.waitForFinished();
+}
+
+void TstQtUpdateDialog::anArchiveThatCannotBeReadStopsBeforeTheRestart()
+{
+    QTemporaryDir program;
+    m_answers["/cv/larkTools_unix"] = httpOk("{\"verNum\":\"1.0.1.6\",\"verInfo\":\"x\"}");
+    m_answers["/up/larkTools_unix"] = httpOk("PK but no archive", true, "u.zip");
+    QtUpdateDialog *dlg = openDialog();
+    dlg->setProgramDir(program.path());
+    QVERIFY(waitForReplies(1));
+    QTest::mouseClick(dlg->findChild<QPushButton *>(), Qt::LeftButton);
+    QVERIFY(waitForReplies(2));
+    QCOMPARE(viewText(), QString("x\n\n是否立即下载新版本?\n文件更新完成，正在解压文件,稍后自动重启！"));
+    QVERIFY(QDir(program.path()).isEmpty());
 }
 
 LARK_TEST_MAIN(TstQtUpdateDialog)
