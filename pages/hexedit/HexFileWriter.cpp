@@ -25,7 +25,8 @@ QString HexFileWriter::write(const QString &path, qint64 size, const Reader &rea
     // QSaveFile gives the temporary file the target's permissions and renames it over
     // the target only in commit(); any failure before that leaves the target alone
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    // unbuffered: the chunks are large already, and a failed write keeps its reason
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return failed(path, file.errorString());
     QByteArray chunk(int(qMin(size, m_nChunkSize)), Qt::Uninitialized);
     bool hole = false;
