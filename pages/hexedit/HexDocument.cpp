@@ -1,10 +1,12 @@
 #include "HexDocument.h"
 
+#include <Okteta/ArrayChangeMetricsList>
 #include <Okteta/PieceTableByteArrayModel>
 
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 
@@ -105,6 +107,8 @@ Okteta::PieceTableByteArrayModel *HexDocument::model(int window)
         connect(w.model, SIGNAL(changesDone(QVector<Okteta::ByteArrayChange>, int, int)), this,
                 SLOT(SltChangesDone()));
         connect(w.model, SIGNAL(revertedToVersionIndex(int)), this, SLOT(SltVersionChanged()));
+        connect(w.model, SIGNAL(contentsChanged(Okteta::ArrayChangeMetricsList)), this,
+                SLOT(SltContentsChanged(Okteta::ArrayChangeMetricsList)));
     }
     return w.model;
 }
@@ -117,15 +121,74 @@ bool HexDocument::read(qint64 offset, char *buffer, qint64 length) const
         const int window = windowAt(offset);
         const qint64 inWindow = offset - windowBase(window);
         const qint64 n = qMin(length, windowLength(window) - inWindow);
-        if (const Okteta::PieceTableByteArrayModel *model = m_windows.at(window).model)
-            model->copyTo(reinterpret_cast<Okteta::Byte *>(buffer), Okteta::Address(inWindow), Okteta::Size(n));
-        else
-            std::memcpy(buffer, (m_pMap ? reinterpret_cast<const char *>(m_pMap) : m_byData.constData()) + offset,
-                        size_t(n));
+        const Window &w = m_windows.at(window);
+        auto *bytes = reinterpret_cast<Okteta::Byte *>(buffer);
+        if (w.reshaped) {
+            w.model->copyTo(bytes, Okteta::Address(inWindow), Okteta::Size(n));
+        } else {
+            copyOriginal(offset, buffer, n);
+            auto it = w.touched.upperBound(inWindow);
+            if (it != w.touched.begin())
+                --it;
+            for (; it != w.touched.end() && it.key() < inWindow + n; ++it) {
+                const qint64 from = qMax(it.key(), inWindow), to = qMin(it.value(), inWindow + n);
+                if (from < to)
+                    w.model->copyTo(bytes + (from - inWindow), Okteta::Address(from), Okteta::Size(to - from));
+            }
+        }
         release(offset, n);
         offset += n, buffer += n, length -= n;
     }
     return true;
+}
+
+void HexDocument::touch(QMap<qint64, qint64> &touched, qint64 start, qint64 end)
+{
+    // ranges that overlap or meet become one
+    auto it = touched.upperBound(start);
+    if (it != touched.begin() && std::prev(it).value() >= start)
+        --it;
+    while (it != touched.end() && it.key() <= end) {
+        start = qMin(start, it.key());
+        end = qMax(end, it.value());
+        it = touched.erase(it);
+    }
+    touched.insert(start, end);
+}
+
+void HexDocument::SltContentsChanged(const Okteta::ArrayChangeMetricsList &changes)
+{
+    const int i = indexOf(sender());
+    if (i < 0)
+        return;
+    for (const Okteta::ArrayChangeMetrics &m : changes) {
+        if (m.type() == Okteta::ArrayChangeMetrics::Replacement && m.lengthChange() == 0)
+            touch(m_windows[i].touched, m.offset(), qint64(m.offset()) + m.removeLength());
+        else
+            m_windows[i].reshaped = true;
+    }
+}
+
+void HexDocument::copyOriginal(qint64 offset, char *buffer, qint64 length) const
+{
+    if (!m_pMap) {
+        std::memcpy(buffer, m_byData.constData() + offset, size_t(length));
+        return;
+    }
+    // the holes of a sparse file are zeros without a page of the map touched; where
+    // the filesystem cannot tell, all of it counts as data
+    const int fd = m_file->handle();
+    const qint64 end = offset + length;
+    for (qint64 at = offset; at < end;) {
+        off_t data = lseek(fd, at, SEEK_DATA);
+        data = data >= 0 ? qMin<qint64>(data, end) : errno == ENXIO ? end : at;
+        std::memset(buffer + (at - offset), 0, size_t(data - at));
+        if (data >= end)
+            break;
+        const off_t hole = lseek(fd, data, SEEK_HOLE);
+        at = hole > data ? qMin<qint64>(hole, end) : end;
+        std::memcpy(buffer + (data - offset), m_pMap + data, size_t(at - data));
+    }
 }
 
 void HexDocument::release(qint64 offset, qint64 length) const

@@ -8,7 +8,10 @@
 
 #include <memory>
 
+#include <QMap>
+
 namespace Okteta {
+class ArrayChangeMetricsList;
 class PieceTableByteArrayModel;
 }
 
@@ -17,7 +20,8 @@ class PieceTableByteArrayModel;
 // mapped, so it costs address space rather than memory, and only the pages looked at
 // are read. The editor's view addresses at most 2 GiB, so a larger file comes in
 // windows of m_nWindowSize bytes, each a piece table over its part of the map: edits
-// are pieces beside the untouched bytes, and undo runs per window.
+// are pieces beside the untouched bytes, and undo runs per window. A mapped file keeps
+// its length: edits overwrite.
 class HexDocument : public QObject
 {
     Q_OBJECT
@@ -57,6 +61,7 @@ signals:
 
 private slots:
     void SltChangesDone();
+    void SltContentsChanged(const Okteta::ArrayChangeMetricsList &changes);
     void SltVersionChanged();
 
 private:
@@ -64,10 +69,17 @@ private:
         Okteta::PieceTableByteArrayModel *model = nullptr;
         // the version that matches the file on disk, -1 once no version does
         int savedVersion = 0;
+        // the bytes any edit has touched, start to end; reading takes the rest from
+        // the file's bytes, since the model's own copy goes byte by byte. An edit that
+        // moves bytes (insert, delete, swap) leaves only that slow copy.
+        QMap<qint64, qint64> touched;
+        bool reshaped = false;
     };
 
     void clear();
+    static void touch(QMap<qint64, qint64> &touched, qint64 start, qint64 end);
     QByteArray raw(int window) const;
+    void copyOriginal(qint64 offset, char *buffer, qint64 length) const;
     void release(qint64 offset, qint64 length) const;
     int indexOf(QObject *model) const;
 

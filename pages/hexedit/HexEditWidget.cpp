@@ -249,6 +249,10 @@ void HexEditWidget::showWindow(int window)
 {
     m_hexEdit->setModel(m_document->model(window), m_document->windowBase(window),
                         m_document->windowCount() > 1 ? m_document->size() : -1);
+    // a mapped file keeps its length, so its windows stay in place and reading it
+    // back stays a copy of the map with the edited runs laid over it
+    m_hexEdit->setOverwriteOnly(m_document->isMapped());
+    m_hexEdit->setOverwriteMode(true);
     SltUpdateFileLabel();
 }
 

@@ -91,8 +91,6 @@ void QHexEdit::setModel(Okteta::PieceTableByteArrayModel *model, qint64 base, qi
     // the offset column counts in the view's int addresses: a window beyond them
     // shows offsets from its own start
     setStartOffset(base + m_model->size() <= INT_MAX ? Okteta::Address(base) : 0);
-    // a window of a larger file keeps its length, so the windows stay in place
-    setOverwriteOnly(total >= 0);
     m_edits = m_parkedEdits.take(m_model);
     m_nVersion = m_model->versionIndex();
     setCursorPosition(0);
