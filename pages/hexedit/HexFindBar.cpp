@@ -29,8 +29,8 @@ void HexFindBar::InitWidget()
     m_chkWrap->setChecked(true);
     m_edtGoto = new QLineEdit(this);
     m_edtGoto->setObjectName("edtGoto");
-    m_edtGoto->setPlaceholderText("偏移: 1024, 0x400, +16, -0x10");
-    m_edtGoto->setMinimumWidth(120);
+    m_edtGoto->setPlaceholderText("偏移: 1024 / 0x400 / +16");
+    m_edtGoto->setMinimumWidth(170);
     m_btnGoto = new QPushButton("跳转", this);
     m_labResult = new QLabel(this);
     m_labResult->setObjectName("labFindResult");
