@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 #include <QMap>
@@ -47,6 +48,11 @@ public:
     // the current bytes, edits included. Pages of the map read here are let go
     // afterwards, so a pass over a huge file does not stay resident.
     bool read(qint64 offset, char *buffer, qint64 length) const;
+    // read() as a function, for the writer and the finder
+    std::function<bool(qint64, char *, qint64)> reader() const
+    {
+        return [this](qint64 offset, char *buffer, qint64 length) { return read(offset, buffer, length); };
+    }
 
     // the content is now what path holds: the modified mark clears, undo stays
     void markSaved(const QString &path);

@@ -144,10 +144,7 @@ QString HexEditWidget::fileName() const
 
 bool HexEditWidget::saveFile(const QString &path)
 {
-    const HexDocument *document = m_document;
-    const QString error = HexFileWriter::write(path, m_document->size(), [document](qint64 offset, char *buffer, qint64 length) {
-        return document->read(offset, buffer, length);
-    });
+    const QString error = HexFileWriter::write(path, m_document->size(), m_document->reader());
     if (!error.isEmpty()) {
         QtMessageBox::warning(error);
         return false;
@@ -200,12 +197,8 @@ void HexEditWidget::SltFind(bool backwards)
     qint64 from = cursor();
     if (m_hexEdit->hasSelectedData())
         from = m_hexEdit->base() + m_hexEdit->selection().start() + (backwards ? 0 : 1);
-    const HexDocument *document = m_document;
-    const qint64 at = HexFinder::find(pattern, m_document->size(),
-                                      [document](qint64 offset, char *buffer, qint64 length) {
-                                          return document->read(offset, buffer, length);
-                                      },
-                                      from, backwards, m_findBar->wrap());
+    const qint64 at = HexFinder::find(pattern, m_document->size(), m_document->reader(), from, backwards,
+                                      m_findBar->wrap());
     if (at < 0) {
         m_findBar->showResult("未找到", true);
         return;
