@@ -107,6 +107,28 @@ void MainWindow::InitWidget()
     portCheck->start();
 }
 
+void MainWindow::AddEditorTools()
+{
+    // the file editor's commands, live while it is the page shown
+    const struct {
+        const char *text;
+        QKeySequence keys;
+        const char *slot;
+    } entries[] = {
+        {"保存文件", QKeySequence("Ctrl+S"), SLOT(SltSave())},
+        {"另存为...", QKeySequence("Ctrl+Shift+S"), SLOT(SltSaveAs())},
+        {"查找...", QKeySequence("Ctrl+F"), SLOT(SltShowFind())},
+        {"跳转到偏移...", QKeySequence("Ctrl+G"), SLOT(SltShowGoto())},
+    };
+    const ToolsMenu::Applies isEditor = [](int index, QtWidgetBase *) { return index == 4; };
+    QMenu *menu = m_toolsMenu->addPageMenu("二进制文件", isEditor);
+    for (const auto &entry : entries) {
+        QAction *action = m_toolsMenu->addPageAction(entry.text, isEditor, menu);
+        action->setShortcut(entry.keys);
+        connect(action, SIGNAL(triggered()), m_hexEditPage, entry.slot);
+    }
+}
+
 void MainWindow::AddSystemMenu()
 {
     QHBoxLayout *layout = new QHBoxLayout;
@@ -120,6 +142,7 @@ void MainWindow::AddSystemMenu()
     m_toolsMenu = new ToolsMenu(m_stackedWidget, this);
     btnTools->setMenu(m_toolsMenu);
     layout->addWidget(btnTools);
+    AddEditorTools();
 
     QPushButton *btnSettings = new QPushButton("设置", this);
     btnSettings->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xE63B), 12, 16, 16)));

@@ -48,6 +48,7 @@ public slots:
 private:
     void InitWidget();
     void AddSystemMenu();
+    void AddEditorTools();
 
     QtTitleBar *m_titleBar = nullptr;
     QtTabBar *m_tabBar = nullptr;

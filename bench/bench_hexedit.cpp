@@ -116,6 +116,30 @@ BENCHMARK(BM_LoadFileToPaintedView)
     ->Arg(1)->Arg(100)->Arg(1024)
     ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
+// with 1 GiB loaded (mapped) and one byte changed in its middle: saving it whole as a
+// copy beside it, through the temporary file and the rename
+static void BM_SaveOneEditIn1GB(benchmark::State &state)
+{
+    const qint64 bytes = qint64(1) << 30;
+    if (QStorageInfo(QDir::tempPath()).bytesAvailable() < 2 * bytes + (512 << 20)) {
+        state.SkipWithError("not enough free disk for this size");
+        return;
+    }
+    const QString path = makeFile(tempDir(), 1024), copy = path + ".saved";
+    HexEditWidget page;
+    page.resize(900, 600);
+    page.show();
+    page.loadFile(path);
+    page.hexEdit()->byteArrayModel()->setByte(Okteta::Address(bytes / 2), 0x5a);
+    for (auto _ : state)
+        if (!page.saveFile(copy))
+            state.SkipWithError("saving failed");
+    state.SetBytesProcessed(int64_t(state.iterations()) * bytes);
+    QFile::remove(copy);
+    QFile::remove(path);
+}
+BENCHMARK(BM_SaveOneEditIn1GB)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+
 // with 100 MiB loaded: jump to the end, type a byte there and paint
 static void BM_EditAtTheEndOf100MB(benchmark::State &state)
 {

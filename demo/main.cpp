@@ -3,11 +3,13 @@
 //   larkdemo LARKSIM OUTDIR
 #include "CameraDebugWidget.h"
 #include "HexEditWidget.h"
+#include "HexFindBar.h"
 #include "ImageFormatConfig.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
+#include "QHexEdit.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 #include "QtTabBar.h"
@@ -15,6 +17,7 @@
 #include "TcpServer.h"
 #include "UiSkin.h"
 
+#include <Okteta/AbstractByteArrayModel>
 #include <QtWidgets>
 
 #include <memory>
@@ -143,6 +146,17 @@ void startPid(PidDebugWidget *page)
     }
 }
 
+// the editor with a file, an unsaved edit and a search in the find bar
+void showEditor(HexEditWidget *page)
+{
+    page->loadFile(g_sim);
+    page->hexEdit()->byteArrayModel()->setByte(0x12, 0x5a);
+    page->SltShowFind();
+    page->findBar()->findChild<QComboBox *>()->setCurrentIndex(1);
+    page->findBar()->findChild<QLineEdit *>("edtFind")->setText("GLIBC");
+    page->SltFind(false);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -173,7 +187,7 @@ int main(int argc, char *argv[])
         startCamera(qobject_cast<CameraDebugWidget *>(stack->widget(1)));
         startNetwork(qobject_cast<NetworkToolWidget *>(stack->widget(2)));
         startPid(qobject_cast<PidDebugWidget *>(stack->widget(3)));
-        qobject_cast<HexEditWidget *>(stack->widget(4))->loadFile(g_sim);
+        showEditor(qobject_cast<HexEditWidget *>(stack->widget(4)));
         settle(2000);
         useRegisters(qobject_cast<CameraDebugWidget *>(stack->widget(1)));
         settle(1000);

@@ -18,7 +18,9 @@ done
 # two desktop hex editors opening the file size bench_hexedit loads, for comparison
 if command -v Xvfb >/dev/null 2>&1 && command -v xdotool >/dev/null 2>&1; then
     echo "== hex editors for comparison"
-    "$root/scripts/bench_hexedit_compare.sh" 100 | tee "$tmp/compare.txt"
+    for mb in 100 1024; do
+        "$root/scripts/bench_hexedit_compare.sh" $mb
+    done | tee "$tmp/compare.txt"
 fi
 # the serial page and PuTTY on the same pty streams, whole-process CPU of each
 host="$build/bench/serial_host.d/lark_serial_host"

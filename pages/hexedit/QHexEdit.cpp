@@ -65,20 +65,45 @@ void QHexEdit::setData(const QByteArray &data)
 {
     // a fresh model: its version history starts at the new data. The model shares the
     // array's storage, and the piece table never writes into it, so nothing is copied.
-    Okteta::PieceTableByteArrayModel *old = m_model;
-    m_model = new Okteta::PieceTableByteArrayModel(data, this);
+    Okteta::PieceTableByteArrayModel *old = m_ownModel;
+    m_ownModel = new Okteta::PieceTableByteArrayModel(data, this);
+    setModel(m_ownModel, 0, -1);
+    delete old;
+}
+
+void QHexEdit::setModel(Okteta::PieceTableByteArrayModel *model, qint64 base, qint64 total)
+{
+    if (m_model) {
+        // only its end is still of interest: the parked marks go with it
+        disconnect(m_model, nullptr, this, nullptr);
+        connect(m_model, SIGNAL(destroyed(QObject *)), this, SLOT(SltModelDestroyed(QObject *)));
+        m_parkedEdits.insert(m_model, m_edits);
+    }
+    m_model = model;
+    m_nBase = base;
+    m_nTotal = total;
     connect(m_model, SIGNAL(contentsChanged(Okteta::ArrayChangeMetricsList)), this, SLOT(SltContentsChanged()));
     connect(m_model, SIGNAL(changesDone(QVector<Okteta::ByteArrayChange>, int, int)), this,
             SLOT(SltChangesDone(QVector<Okteta::ByteArrayChange>)));
     connect(m_model, SIGNAL(revertedToVersionIndex(int)), this, SLOT(markChangedBytes()));
+    connect(m_model, SIGNAL(destroyed(QObject *)), this, SLOT(SltModelDestroyed(QObject *)), Qt::UniqueConnection);
     setByteArrayModel(m_model);
-    delete old;
-    m_edits.clear();
-    m_nVersion = 0;
+    // the offset column counts in the view's int addresses: a window beyond them
+    // shows offsets from its own start
+    setStartOffset(base + m_model->size() <= INT_MAX ? Okteta::Address(base) : 0);
+    m_edits = m_parkedEdits.take(m_model);
+    m_nVersion = m_model->versionIndex();
     setCursorPosition(0);
     m_nSize = -1;
     SltContentsChanged();
-    emit currentAddressChanged(0);
+    emit currentAddressChanged(base);
+}
+
+void QHexEdit::SltModelDestroyed(QObject *model)
+{
+    m_parkedEdits.remove(model);
+    if (model == m_model)
+        m_model = nullptr;
 }
 
 QByteArray QHexEdit::data() const
@@ -146,13 +171,14 @@ void QHexEdit::applyColors()
 
 void QHexEdit::SltCursorMoved(Okteta::Address index)
 {
-    emit currentAddressChanged(index);
+    emit currentAddressChanged(m_nBase + index);
 }
 
 void QHexEdit::SltContentsChanged()
 {
-    if (m_model->size() != m_nSize) {
-        m_nSize = m_model->size();
+    const qint64 size = m_nTotal >= 0 ? m_nTotal : m_model->size();
+    if (size != m_nSize) {
+        m_nSize = size;
         emit currentSizeChanged(m_nSize);
     }
 }

@@ -4,6 +4,7 @@
 #include <Okteta/ByteArrayColumnView>
 #include <QByteArray>
 #include <QColor>
+#include <QHash>
 #include <QPair>
 #include <QVector>
 
@@ -29,6 +30,12 @@ public:
     // replaces the content and forgets every edit: undo cannot go behind new data
     void setData(const QByteArray &data);
     QByteArray data() const;
+    // shows a model owned elsewhere: a window of total bytes (-1: the model is the
+    // whole content) that starts at base. Addresses and the size go out counted in
+    // the whole content; edits stay in the model and their marks come back with it.
+    void setModel(Okteta::PieceTableByteArrayModel *model, qint64 base, qint64 total);
+    Okteta::PieceTableByteArrayModel *model() const { return m_model; }
+    qint64 base() const { return m_nBase; }
 
     QColor addressAreaColor() const { return m_colorAddressArea; }
     void setAddressAreaColor(const QColor &color);
@@ -53,11 +60,18 @@ private slots:
     void SltContentsChanged();
     void SltChangesDone(const QVector<Okteta::ByteArrayChange> &changes);
     void markChangedBytes();
+    void SltModelDestroyed(QObject *model);
 
 private:
     void applyColors();
 
     Okteta::PieceTableByteArrayModel *m_model = nullptr;
+    // the model setData made; other models belong to whoever passed them in
+    Okteta::PieceTableByteArrayModel *m_ownModel = nullptr;
+    qint64 m_nBase = 0;
+    qint64 m_nTotal = -1;
+    // the change marks of models not shown, for when they are shown again
+    QHash<QObject *, QVector<QVector<QPair<int, int>>>> m_parkedEdits;
     qint64 m_nSize = -1;
     // per version since the last setData: the byte ranges (offset, length) it wrote
     QVector<QVector<QPair<int, int>>> m_edits;

@@ -1,5 +1,6 @@
 #include "GraphConfigWidget.h"
 #include "HexEditWidget.h"
+#include "HexFindBar.h"
 #include "LarkTest.h"
 #include "MainWindow.h"
 #include "MyApp.h"
@@ -106,6 +107,17 @@ private slots:
         editor->hexEdit()->setFocus();
         QTest::keyClicks(editor->hexEdit(), "ab");
         QCOMPARE(shownCounts(), (QStringList{"Address: 1", "Size: 10"}));
+    }
+
+    void editorCommandsActOnlyWhileTheEditorIsShown()
+    {
+        auto *editor = qobject_cast<HexEditWidget *>(page(4));
+        QVERIFY(!action("查找...")->isEnabled() && !action("保存文件")->isEnabled());
+        QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(4), Qt::LeftButton);
+        QVERIFY(action("保存文件")->isEnabled() && action("另存为...")->isEnabled());
+        editor->hexEdit()->setFocus();
+        QTest::keySequence(editor->hexEdit(), QKeySequence("Ctrl+G"));
+        QTRY_VERIFY(editor->findBar()->isVisible());
     }
 
     void skinChoiceIsKeptAcrossARestartAndCodecChoiceIsNot()

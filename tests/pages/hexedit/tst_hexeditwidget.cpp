@@ -1,6 +1,8 @@
 #include "HexEditWidget.h"
+#include "HexFindBar.h"
 #include "LarkTest.h"
 #include "QHexEdit.h"
+#include "QtMessageBox.h"
 #include "UiSkin.h"
 
 #include <Okteta/AbstractByteArrayModel>
@@ -25,6 +27,32 @@ class TstHexEditWidget : public QObject
     void press(int id) { QTest::mouseClick(m_page->findChildren<QToolButton *>().at(id), Qt::LeftButton); }
     void type(const QString &keys) { edit()->setFocus(), QTest::keyClicks(edit(), keys); }
     bool marked(int at) { return qobject_cast<Okteta::Bookmarkable *>(edit()->byteArrayModel())->containsBookmarkFor(at); }
+    QString label() { return m_page->findChild<QLabel *>("labHexFile")->text(); }
+    QString m_strAsked;
+    // answers the question box, once it is up, with the button so labelled
+    void answerQuestion(const QString &button)
+    {
+        QTimer *timer = new QTimer(m_page.get());
+        connect(timer, &QTimer::timeout, [this, timer, button] {
+            auto *box = qobject_cast<QtMessageBox *>(QApplication::activeModalWidget());
+            if (box && box->isVisible()) {
+                timer->stop();
+                m_strAsked = box->findChild<QLabel *>("labMsgText")->text();
+                LarkTest::click(box, button);
+            }
+        });
+        timer->start(10);
+    }
+    static QByteArray contents(const QString &path, qint64 at = 0, qint64 length = -1)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) && f.seek(at) ? (length < 0 ? f.readAll() : f.read(length)) : "(missing)";
+    }
+    static qint64 rssKb()
+    {
+        const QByteArray status = contents("/proc/self/status");
+        return status.mid(status.indexOf("VmRSS:") + 6, 20).trimmed().split(' ').first().toLongLong();
+    }
 
 private slots:
     void init()
@@ -38,22 +66,28 @@ private slots:
     void loading_data()
     {
         QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("answer"); // to the question about the unsaved edit
         QTest::addColumn<int>("result"); // 0 loaded, 1 kept with a notice, 2 kept silently
-        QTest::newRow("open dialog") << "dialog" << 0;
-        QTest::newRow("dropped with another") << "drop" << 0;
-        QTest::newRow("dropped web address") << "web" << 1;
-        QTest::newRow("dialog cancelled") << "cancel" << 2;
+        QTest::newRow("open dialog") << "dialog" << "放弃修改" << 0;
+        QTest::newRow("dropped with another") << "drop" << "放弃修改" << 0;
+        QTest::newRow("dropped web address") << "web" << "放弃修改" << 1;
+        QTest::newRow("dialog cancelled") << "cancel" << "" << 2;
+        QTest::newRow("dropped, edits kept") << "drop" << "保留修改" << 2;
     }
     void loading()
     {
         QFETCH(QString, how);
+        QFETCH(QString, answer);
         QFETCH(int, result);
+        m_strAsked.clear();
         const QString old = file("old.bin", "old");
         m_page->loadFile(old);
         type("41");
         const QByteArray before = edit()->data(), bytes = QByteArray::fromHex("00ff4c41524b0d0a");
         const QString path = file("new.bin", bytes);
         QSignalSpy notify(m_page.get(), SIGNAL(signalNotify(QString, int)));
+        if (!answer.isEmpty())
+            answerQuestion(answer);
         if (how == "dialog" || how == "cancel") {
             if (how == "dialog")
                 LarkTest::answerNextFileDialog(path);
@@ -73,6 +107,8 @@ private slots:
         const QList<QVariantList> failed{{"打开文件失败!", 255}};
         QCOMPARE(notify, result == 1 ? failed : QList<QVariantList>());
         QCOMPARE(m_page->getCounts().last(), QString("Size: %1").arg(result ? 3 : 8));
+        QCOMPARE(label(), result ? "old.bin *" : "new.bin");
+        QVERIFY(answer.isEmpty() ? m_strAsked.isEmpty() : m_strAsked.startsWith("old.bin 有未保存的修改"));
         // new data starts a new history; kept data keeps its edit to undo
         press(2);
         QCOMPARE(edit()->data(), result ? QByteArray("old") : bytes);
@@ -129,6 +165,107 @@ private slots:
             for (int x = shot.width() / 8; x < shot.width(); ++x)
                 textPixels += shot.pixelColor(x, y) == QColor(colors[2]);
         QVERIFY(textPixels > 50);
+    }
+
+    void savingWritesTheEditsAndKeepsUndo()
+    {
+        const QString path = file("a.bin", QByteArray::fromHex("00112233"));
+        const QString expected = file("expected.bin", QByteArray::fromHex("ab112233"));
+        m_page->loadFile(path);
+        type("ab");
+        // a failed save says why and keeps the edits and the file as they were
+        QString told;
+        LarkTest::onNextModal([&told](QWidget *w) { told = w->findChild<QLabel *>("labMsgText")->text(), w->close(); });
+        QVERIFY(!m_page->saveFile(m_dir.filePath("gone/a.bin")));
+        QVERIFY2(told.startsWith("保存文件失败!\n" + m_dir.filePath("gone/a.bin")), qPrintable(told));
+        QCOMPARE(contents(path).toHex(), QByteArray("00112233"));
+        QCOMPARE(label(), "a.bin *");
+        m_page->SltSave();
+        QCOMPARE(QProcess::execute("cmp", {path, expected}), 0);
+        QCOMPARE(label(), "a.bin");
+        // undo and redo step away from and back to what is saved
+        press(2);
+        QCOMPARE(label(), "a.bin *");
+        press(3);
+        QCOMPARE(label(), "a.bin");
+        // an edit in place of the saved version: no step leads back to it
+        press(2), edit()->setCursorPosition(0), type("cd"), press(2), press(3);
+        QCOMPARE(label(), "a.bin *");
+        LarkTest::answerNextFileDialog(m_dir.filePath("copy.bin"));
+        m_page->SltSaveAs();
+        QCOMPARE(label(), "copy.bin");
+        QCOMPARE(contents(m_dir.filePath("copy.bin")).toHex(), QByteArray("cd112233"));
+        QCOMPARE(contents(path).toHex(), QByteArray("ab112233"));
+    }
+
+    // the bar's fields typed into and confirmed with Return, over "LARK" at 14 (across
+    // the 16-byte line) and at 50
+    void findAndGoto_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qint64>("cursor");
+        QTest::addColumn<qint64>("at"); // -1: nothing found, a red message
+        QTest::addColumn<int>("selected");
+        QTest::newRow("find across the line") << "edtFind" << "4C 41 52 4B" << qint64(0) << qint64(14) << 4;
+        QTest::newRow("find wraps") << "edtFind" << "4c41524b" << qint64(51) << qint64(14) << 4;
+        QTest::newRow("find nothing") << "edtFind" << "DE AD" << qint64(3) << qint64(-1) << 0;
+        QTest::newRow("go to hex") << "edtGoto" << "0x20" << qint64(0) << qint64(32) << 0;
+        QTest::newRow("go back relative") << "edtGoto" << "-0x10" << qint64(50) << qint64(34) << 0;
+        QTest::newRow("go past the end") << "edtGoto" << "64" << qint64(3) << qint64(-1) << 0;
+    }
+    void findAndGoto()
+    {
+        QFETCH(QString, field);
+        QFETCH(QString, text);
+        QFETCH(qint64, cursor);
+        QFETCH(qint64, at);
+        QFETCH(int, selected);
+        m_page->loadFile(file("a.bin", QByteArray(64, '\x11').replace(14, 4, "LARK").replace(50, 4, "LARK")));
+        edit()->setCursorPosition(Okteta::Address(cursor));
+        field == "edtFind" ? m_page->SltShowFind() : m_page->SltShowGoto();
+        QLineEdit *line = m_page->findBar()->findChild<QLineEdit *>(field);
+        QVERIFY(m_page->findBar()->isVisible() && line->hasFocus());
+        QTest::keyClicks(line, text);
+        QTest::keyClick(line, Qt::Key_Return);
+        // the cursor ends behind a match, as after selecting it by hand
+        QCOMPARE(m_page->getCounts().first(), QString("Address: %1").arg(at < 0 ? cursor : at + selected));
+        QCOMPARE(edit()->selection().width(), selected);
+        if (selected)
+            QCOMPARE(edit()->selection().start(), Okteta::Address(at));
+        QCOMPARE(m_page->findBar()->findChild<QLabel *>("labFindResult")->styleSheet().isEmpty(), at >= 0);
+    }
+
+    // 4 GiB, beyond the view's int addresses: mapped, shown a window at a time, found in
+    // across a window's end, edited at its last byte and saved as a sparse copy, with
+    // the process growing by less than 100 MB on the way
+    void fileBeyondTheViewsReachIsMappedEditedAndSaved()
+    {
+        const qint64 size = qint64(4) << 30, mark = (qint64(3) << 30) - 2;
+        QFile big(m_dir.filePath("big.bin"));
+        QVERIFY(big.open(QIODevice::WriteOnly) && big.resize(size) && big.seek(mark) && big.write("LARK") == 4);
+        big.close();
+        const qint64 before = rssKb();
+        m_page->loadFile(big.fileName());
+        QCOMPARE(m_page->getCounts().last(), QString("Size: %1").arg(size));
+        m_page->SltGoto("0xFFFFFFFF");
+        QCOMPARE(m_page->getCounts().first(), QString("Address: %1").arg(size - 1));
+        type("5a");
+        QCOMPARE(label(), "big.bin *  [0xc0000000 - 0xffffffff]");
+        m_page->findBar()->findChild<QLineEdit *>("edtFind")->setText("4C41524B");
+        m_page->SltFind(false);
+        // selected up to the window's end, where the cursor stops
+        QCOMPARE(edit()->selection().width(), 2);
+        QCOMPARE(m_page->getCounts().first(), QString("Address: %1").arg(mark + 2));
+        QCOMPARE(label(), "big.bin *  [0x80000000 - 0xbfffffff]");
+        const QString copy = m_dir.filePath("copy.bin");
+        QVERIFY(m_page->saveFile(copy));
+        QCOMPARE(label(), "copy.bin  [0x80000000 - 0xbfffffff]");
+        QVERIFY2(rssKb() - before < 100 * 1024, qPrintable(QString("grew by %1 kB").arg(rssKb() - before)));
+        QCOMPARE(QFileInfo(copy).size(), size);
+        QCOMPARE(contents(copy, mark - 1, 6), QByteArray("\0LARK\0", 6));
+        QCOMPARE(contents(copy, size - 2, 2), QByteArray("\0\x5a", 2));
+        QCOMPARE(contents(big.fileName(), size - 1, 1), QByteArray(1, '\0'));
     }
 
     // a file of 100 MB (sparse, so quick to make) opens and is edited at its last byte
