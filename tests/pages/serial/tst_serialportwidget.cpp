@@ -211,7 +211,7 @@ private slots:
         QCOMPARE(rig.page.recvCount(), quint32(3 + block.size() + 1));
         QVERIFY(rig.boardSendsOneRead("tail"));
         QTRY_VERIFY_WITH_TIMEOUT(!rig.page.recvFeeder()->isPending(), 30000);
-        const QString all = QtRecvViewFeeder::plainTextOf(MyApp::toUnicode("abc" + block + "!") + "\ntail");
+        const QString all = RecvViewText::plainTextOf(MyApp::toUnicode("abc" + block + "!") + "\ntail");
         QVERIFY(rig.page.recvFeeder()->plainText() == all);
         // the view keeps the tail, from a line start
         const QString tail = rig.shown();
@@ -319,7 +319,7 @@ private slots:
         QVERIFY(page.recvFeeder()->isPending());
         LarkTest::answerNextFileDialog(dir.filePath("received"), "*.txt");
         page.findChild<QPushButton *>("btnSaveFile")->click();
-        const QString expected = QtRecvViewFeeder::plainTextOf(MyApp::toUnicode(block) + "\ntail");
+        const QString expected = RecvViewText::plainTextOf(MyApp::toUnicode(block) + "\ntail");
         QVERIFY(MyApp::toUnicode(readFile(dir.filePath("received.txt"))) == expected);
         QTRY_VERIFY(!page.recvFeeder()->isPending());
         QVERIFY(expected.endsWith(page.terminal()->toPlainText()));
