@@ -59,10 +59,11 @@ private slots:
         QByteArray noise;
         for (int i = 0; i < 4096; ++i)
             noise.append(char((i * 7919) & 0xFF)); // binary noise, NULs and stray '#' included
-        const QString path = write("1#first\n" + noise + "\n3#x\nbad\n3#later wins\n23#c");
+        const QString path = write("1#first\n" + noise + "\n3#x\nbad\n3#later wins\n" + QByteArray("6#ab\0cd\n23#c", 12));
         const Table read = QtSendBoxFiles::readMultiConfig(path);
         QCOMPARE(read.value(1), QString("first"));
         QCOMPARE(read.value(3), QString("later wins"));
+        QCOMPARE(read.value(6), QString("ab"));
         QCOMPARE(read.value(23), QString("c"));
         QVERIFY(QtSendBoxFiles::writeMultiConfig(path, Table{{10, "b"}, {-1, "a"}}));
         QFile file(path);

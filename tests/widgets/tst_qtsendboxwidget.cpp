@@ -168,7 +168,7 @@ private slots:
         QCOMPARE(readFile(confPath("ser_multi_conf.txt")), QByteArray("1#keep\n"));
     }
 
-    void autoSendStopsOnProblemsAndCyclesFilledRowsWithOneSilentTick()
+    void autoSendStopsOnProblems()
     {
         QtSendBoxWidget box(nullptr, 7);
         QCheckBox chk;
@@ -202,8 +202,18 @@ private slots:
         QCOMPARE(warnings.count("请确认通信设备是否打开?"), 2);
         QVERIFY(!box.autoTimer()->isActive());
         QCOMPARE(sent.count(), 0);
-        // rows: checked on the single page, the cycle starts at row 0 all the same
+    }
+
+    // the filled rows in turn, an empty one costing a silent tick
+    void autoSendCyclesFilledRows()
+    {
+        QtSendBoxWidget box(nullptr, 7);
+        QCheckBox chk;
+        box.m_chkAutoSend = &chk;
+        QSignalSpy sent(&box, SIGNAL(signalSendData(QByteArray)));
+        // checked on the single page, the cycle starts at row 0 all the same
         box.setDeviceStatus(true);
+        chk.setChecked(true);
         const auto r = rows(box);
         r[0]->setText("one");
         r[2]->setText("three");
