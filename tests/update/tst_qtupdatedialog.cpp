@@ -163,9 +163,6 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts()
     // a blank in the program's path must not split the command that restarts it
     QTemporaryDir program(QDir::tempPath() + "/lark update XXXXXX");
     const QString marker = program.path() + "/restarted";
-    QFile old(program.path() + "/readme.txt");
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old text that is longer") > 0);
-    old.close();
     // incompressible, so that the archive arrives in several reads
     QByteArray big(300000, 0);
     for (char &c : big)
@@ -207,9 +204,6 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts()
     QCOMPARE(viewText(), "x\n\n是否立即下载新版本?" + reported);
     QCOMPARE(readFile(dlg->downloadDir() + "/" + fileName), cutShort ? QByteArray() : zip);
     QCOMPARE(readFile(program.path() + "/data/big.bin"), restarts ? big : QByteArray());
-    // overwritten in place: the old tail stays
-    QCOMPARE(readFile(program.path() + "/readme.txt"),
-             QByteArray(restarts ? "new text that is longer" : "old text that is longer"));
     if (restarts) // the restarted program runs in its own folder
         QTRY_COMPARE(readFile(marker).trimmed(), program.path().toUtf8());
     else // the count alone does not make a download complete: the file must hold it all
