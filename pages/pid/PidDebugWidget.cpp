@@ -1,6 +1,7 @@
 #include "PidDebugWidget.h"
 
 #include "GraphConfigWidget.h"
+#include "NumberTool.h"
 #include "PidExport.h"
 #include "PidFrame.h"
 #include "PidFrameDecoder.h"
