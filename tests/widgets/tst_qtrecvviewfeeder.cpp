@@ -183,35 +183,6 @@ private slots:
         QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
     }
 
-    // The serial page's way with running hex: the view holds no paragraph much longer
-    // than the bound, cut only after whole bytes, while the saved text keeps every
-    // paragraph whole, the same as without the bound.
-    void aLineBoundedViewBreaksHexButTheSavedTextDoesNot()
-    {
-        QTextEdit bounded, plain;
-        QtRecvViewFeeder withBound(&bounded), without(&plain);
-        withBound.setViewLineChars(300);
-        withBound.setSliceChars(500);
-        const QStringList paragraphs{QString("5A A5 ").repeated(2000), "ok", QString("01 ").repeated(150), "end"};
-        for (const QString &p : paragraphs) {
-            withBound.appendParagraph(p);
-            without.appendParagraph(p);
-        }
-        withBound.flush();
-        without.flush();
-        QCOMPARE(withBound.plainText(), paragraphs.join('\n'));
-        QCOMPARE(withBound.plainText(), without.plainText());
-        QCOMPARE(without.plainText(), plain.toPlainText());
-        int longest = 0;
-        for (const QString &line : blockTexts(bounded.document())) {
-            longest = qMax(longest, line.size());
-            QVERIFY2(line.size() <= 3 || line.endsWith(' ') || line == "ok" || line == "end", qPrintable(line));
-        }
-        QVERIFY(longest <= 300 + 2);
-        // only the breaks differ
-        QCOMPARE(blockTexts(bounded.document()).join(QString()), QString(paragraphs.join(QString())));
-    }
-
     // Lines joined into long paragraphs of the view: the bound still cuts the view at
     // the start of a line.
     void aBoundCutsJoinedLinesAtALineStart()
