@@ -26,7 +26,10 @@ private slots:
         QFETCH(int, cmd);
         QFETCH(int, addr);
         QFETCH(QByteArray, payload);
-        QCOMPARE(CameraFrame::build(uchar(cmd), uchar(addr), payload), camFrame(cmd, payload, addr));
+        const QByteArray frame = CameraFrame::build(uchar(cmd), uchar(addr), payload);
+        QCOMPARE(frame.left(10), "LARK" + QByteArray(1, char(addr)) + le32(quint32(payload.size() + 12)) + char(cmd));
+        QCOMPARE(frame, camFrame(cmd, payload, addr));
+        QCOMPARE(modbusCrc("123456789"), quint16(0x4B37)); // the board's CRC is the published one
     }
 
     void fieldsAreLittleEndianAndReadZeroPastTheEnd_data()
