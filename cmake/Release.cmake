@@ -39,3 +39,6 @@ set(LARK_INSTALL_FULL_DOCDIR ${CMAKE_INSTALL_FULL_DATAROOTDIR}/doc/${LARK_DOC_NA
 configure_file(${CMAKE_CURRENT_LIST_DIR}/LarkRelease.h.in ${PROJECT_BINARY_DIR}/generated/LarkRelease.h @ONLY)
 # only the few files that include the header are rebuilt when a stamp changes
 target_include_directories(larkbase PUBLIC ${PROJECT_BINARY_DIR}/generated)
+if(TARGET larkupdaterules)
+    target_include_directories(larkupdaterules PUBLIC ${PROJECT_BINARY_DIR}/generated)
+endif()

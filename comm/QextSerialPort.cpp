@@ -7,11 +7,6 @@
 
 namespace {
 
-const int s_baudRates[] = {
-    50, 75, 110, 134, 150, 200, 300, 600, 1200, 1800, 2400, 4800, 9600, 19200, 38400,
-    57600, 115200, 230400, 460800, 500000, 576000, 921600, 1000000, 1152000, 1500000,
-    2000000, 2500000, 3000000, 3500000, 4000000};
-
 QSerialPort::DataBits toQt(QextSerialPort::DataBitsType bits)
 {
     switch (bits) {
@@ -78,10 +73,14 @@ QString QextSerialPort::portName() const
 
 bool QextSerialPort::isSupportedBaudRate(int rate)
 {
-    for (int r : s_baudRates)
-        if (r == rate)
-            return true;
-    return false;
+    switch (rate) {
+#define QEXT_BAUD_CASE(r) case r:
+    QEXT_BAUD_RATES(QEXT_BAUD_CASE)
+#undef QEXT_BAUD_CASE
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool QextSerialPort::open(OpenMode mode)
@@ -153,6 +152,9 @@ void QextSerialPort::SltPortError(QSerialPort::SerialPortError error)
     }
 }
 
+// Every setter stores its value and comes here: an open port takes the whole set at
+// once, and the error a pty reports for a setting it refuses is cleared, since it is
+// never fatal. A closed port takes the set when it opens.
 void QextSerialPort::applySettings()
 {
     if (!m_port->isOpen())
@@ -172,10 +174,7 @@ void QextSerialPort::setBaudRate(BaudRateType rate)
         return;
     }
     m_settings.BaudRate = rate;
-    if (m_port->isOpen()) {
-        m_port->setBaudRate(int(rate));
-        m_port->clearError();
-    }
+    applySettings();
 }
 
 void QextSerialPort::setDataBits(DataBitsType bits)
@@ -189,10 +188,7 @@ void QextSerialPort::setDataBits(DataBitsType bits)
         return;
     }
     m_settings.DataBits = bits;
-    if (m_port->isOpen()) {
-        m_port->setDataBits(toQt(bits));
-        m_port->clearError();
-    }
+    applySettings();
 }
 
 void QextSerialPort::setStopBits(StopBitsType bits)
@@ -206,10 +202,7 @@ void QextSerialPort::setStopBits(StopBitsType bits)
         return;
     }
     m_settings.StopBits = bits;
-    if (m_port->isOpen()) {
-        m_port->setStopBits(bits == STOP_2 ? QSerialPort::TwoStop : QSerialPort::OneStop);
-        m_port->clearError();
-    }
+    applySettings();
 }
 
 void QextSerialPort::setParity(ParityType parity)
@@ -219,19 +212,13 @@ void QextSerialPort::setParity(ParityType parity)
         return;
     }
     m_settings.Parity = parity;
-    if (m_port->isOpen()) {
-        m_port->setParity(toQt(parity));
-        m_port->clearError();
-    }
+    applySettings();
 }
 
 void QextSerialPort::setFlowControl(FlowType flow)
 {
     m_settings.FlowControl = flow;
-    if (m_port->isOpen()) {
-        m_port->setFlowControl(toQt(flow));
-        m_port->clearError();
-    }
+    applySettings();
 }
 
 void QextSerialPort::setTimeout(long millisec)

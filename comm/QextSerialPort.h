@@ -17,16 +17,16 @@ class QextSerialPort : public QIODevice
 public:
     enum QueryMode { Polling, EventDriven };
 
-    enum BaudRateType {
-        BAUD50 = 50, BAUD75 = 75, BAUD110 = 110, BAUD134 = 134, BAUD150 = 150,
-        BAUD200 = 200, BAUD300 = 300, BAUD600 = 600, BAUD1200 = 1200, BAUD1800 = 1800,
-        BAUD2400 = 2400, BAUD4800 = 4800, BAUD9600 = 9600, BAUD19200 = 19200,
-        BAUD38400 = 38400, BAUD57600 = 57600, BAUD115200 = 115200, BAUD230400 = 230400,
-        BAUD460800 = 460800, BAUD500000 = 500000, BAUD576000 = 576000,
-        BAUD921600 = 921600, BAUD1000000 = 1000000, BAUD1152000 = 1152000,
-        BAUD1500000 = 1500000, BAUD2000000 = 2000000, BAUD2500000 = 2500000,
-        BAUD3000000 = 3000000, BAUD3500000 = 3500000, BAUD4000000 = 4000000
-    };
+    // The one list of the rates POSIX systems take: it makes both the enumeration and
+    // isSupportedBaudRate, so the two cannot drift apart.
+#define QEXT_BAUD_RATES(X)                                                                  \
+    X(50) X(75) X(110) X(134) X(150) X(200) X(300) X(600) X(1200) X(1800) X(2400) X(4800)   \
+    X(9600) X(19200) X(38400) X(57600) X(115200) X(230400) X(460800) X(500000) X(576000)  \
+    X(921600) X(1000000) X(1152000) X(1500000) X(2000000) X(2500000) X(3000000) X(3500000) \
+    X(4000000)
+#define QEXT_BAUD_ENUM(rate) BAUD##rate = rate,
+    enum BaudRateType { QEXT_BAUD_RATES(QEXT_BAUD_ENUM) };
+#undef QEXT_BAUD_ENUM
     enum DataBitsType { DATA_5 = 5, DATA_6 = 6, DATA_7 = 7, DATA_8 = 8 };
     // The pages pass combo box indices: parity 0 none, 1 odd, 2 even.
     enum ParityType { PAR_NONE = 0, PAR_ODD = 1, PAR_EVEN = 2, PAR_SPACE = 3, PAR_MARK = 4 };

@@ -1,6 +1,7 @@
 #include "QtUpdateDialog.h"
 #include "AppPaths.h"
 #include "QtTitleBar.h"
+#include "UpdateArchive.h"
 #include "UpdateProtocol.h"
 
 #include <QCoreApplication>
@@ -22,12 +23,6 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include <private/qzipreader_p.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
 const char *const ProductToken = "larkTools_unix";
@@ -257,75 +252,16 @@ bool QtUpdateDialog::finishDownload(qint64 received, qint64 total)
 
 bool QtUpdateDialog::unpackArchive(const QString &zipPath, const QString &targetDir)
 {
-    const QString base = targetDir + "/";
-    QZipReader reader(zipPath);
-    if (!reader.exists() || !reader.isReadable())
+    const UpdateArchive archive(zipPath);
+    if (!archive.isReadable())
         return false;
-
-    const QVector<QZipReader::FileInfo> entries = reader.fileInfoList();
-    // the reader strips leading "/" and "../" from names; the stored ones decide
-    const QStringList rawNames = UpdateProtocol::rawZipEntryNames(zipPath);
-    m_progressBar->setMaximum(entries.size());
+    m_progressBar->setMaximum(archive.count());
     m_progressBar->setValue(0);
-
-    for (int k = 0; k < entries.size(); ++k) {
-        const QZipReader::FileInfo &entry = entries.at(k);
-        const QString rawName = k < rawNames.size() ? rawNames.at(k) : entry.filePath;
-        const bool unsafe = rawNames.size() != entries.size() || UpdateProtocol::isUnsafeEntryName(rawName)
-                            || UpdateProtocol::isUnsafeEntryName(entry.filePath)
-                            || !UpdateProtocol::staysInsideDir(targetDir, entry.filePath);
-        if (unsafe || entry.isSymLink) {
-            m_textBrowser->insertPlainText("已跳过: " + rawName + "\r\n");
-            m_progressBar->setValue(k);
-            continue;
-        }
-
-        m_textBrowser->insertPlainText(entry.filePath + "\r\n");
-        if (entry.isDir) {
-            QDir().mkpath(base + entry.filePath);
-        } else if (entry.isFile) {
-            // looked up by the stored name; the tidied one may not match it
-            QByteArray data = reader.fileData(rawName);
-            if (data.isEmpty() && entry.size > 0)
-                data = reader.fileData(entry.filePath);
-            // overwritten in place: a shorter new file keeps the old file's tail
-            QFile file(base + entry.filePath);
-            if (file.open(QIODevice::ReadWrite)) {
-                file.write(data);
-                file.setPermissions(entry.permissions);
-                file.close();
-            } else {
-                replaceRunningProgram(base + entry.filePath, data, entry.permissions);
-            }
-        }
-        m_progressBar->setValue(k);
-    }
-    return true;
-}
-
-bool QtUpdateDialog::replaceRunningProgram(const QString &path, const QByteArray &data, QFile::Permissions permissions)
-{
-    // Linux refuses to write an executable that is running (ETXTBSY), and this
-    // program is running. The new file takes the name instead; the running one lives
-    // on, unlinked, until it quits, and the restart starts the new one. Any other
-    // file that cannot be opened is passed over, as always.
-    const QByteArray target = QFile::encodeName(path);
-    const int fd = ::open(target.constData(), O_RDWR);
-    const bool busy = fd < 0 && errno == ETXTBSY;
-    if (fd >= 0)
-        ::close(fd);
-    if (!busy)
-        return false;
-
-    QFile file(path + ".new");
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    const bool written = file.write(data) == data.size() && file.setPermissions(permissions);
-    file.close();
-    if (written && ::rename(QFile::encodeName(file.fileName()).constData(), target.constData()) == 0)
-        return true;
-    file.remove();
-    return false;
+    // the name is listed before the bar moves, so the bar never runs ahead of the list
+    return archive.unpack(targetDir, [this](int index, const QString &name, bool skipped) {
+        m_textBrowser->insertPlainText((skipped ? "已跳过: " + name : name) + "\r\n");
+        m_progressBar->setValue(index);
+    });
 }
 
 bool QtUpdateDialog::restartProgram(const QString &programDir)

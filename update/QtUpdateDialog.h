@@ -36,9 +36,6 @@ public:
     // that would land outside targetDir and link entries are skipped and named.
     // False when the archive cannot be read.
     bool unpackArchive(const QString &zipPath, const QString &targetDir);
-    // Puts data at path by renaming a new file over it when path is a running
-    // executable, which cannot be written in place; false for any other path.
-    static bool replaceRunningProgram(const QString &path, const QByteArray &data, QFile::Permissions permissions);
     // Starts programDir/larkTools as a detached process; the path may hold blanks.
     static bool restartProgram(const QString &programDir);
 

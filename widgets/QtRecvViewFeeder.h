@@ -2,6 +2,7 @@
 #define QTRECVVIEWFEEDER_H
 
 #include "QtCompactLog.h"
+#include "RecvViewText.h"
 
 #include <QObject>
 #include <QString>
@@ -63,31 +64,6 @@ public:
     // shows all that waits, now
     void flush();
 
-    // The one plain-text rule: text as QTextDocument::toPlainText gives it back once
-    // inserted as plain text. Every line or paragraph break (CR LF, CR, LF, U+2028,
-    // U+2029, the frame marks U+FDD0 and U+FDD1) becomes one LF, a no-break space a
-    // blank.
-    static QString plainTextOf(const QString &text);
-    // The one cut rule: where a tail of at most maxChars characters of text starts:
-    // at a line start if one lies close, else after a blank (hex bytes stay whole),
-    // else exactly.
-    static int tailStart(const QString &text, int maxChars);
-    // How far the view's last paragraph and its last line run, in characters.
-    struct ViewRun {
-        int paragraph = 0;
-        int line = 0;
-    };
-    // The view's form of text when its paragraphs are bound to maxLine characters. The
-    // line ends inside a paragraph become line separators while the paragraph holds
-    // fewer than maxLine characters, so that the view keeps about a paragraph per
-    // appended piece rather than one per line: the document pays for every paragraph
-    // far more than for a line inside one, and the lines read the same. Past the bound
-    // the next line end ends the paragraph. A line longer than the bound (running hex)
-    // gets a paragraph separator after its first blank at or past the bound (or, with
-    // no blank within 64 more, after the character there). run is where the view's
-    // last paragraph and line stand before text, and is left where they stand after.
-    static QString viewForm(const QString &text, int maxLine, ViewRun &run);
-
 private slots:
     void SltShowSlice();
 
@@ -95,8 +71,6 @@ private:
     void enqueue(const QString &piece);
     void showSlice(int budget);
     void trimView();
-    // how much of the front of text makes a slice of about budget characters
-    static int sliceLength(const QString &text, int budget);
 
     QTextEdit *m_view;
     QTimer *m_timer;
@@ -109,7 +83,7 @@ private:
     bool m_bFollowEnd;
     int m_nViewLineChars;
     // where the view's last paragraph stands, for the line bound
-    ViewRun m_viewRun;
+    RecvViewText::ViewRun m_viewRun;
 };
 
 #endif // QTRECVVIEWFEEDER_H

@@ -4,6 +4,7 @@
 
 #include "CameraFrame.h"
 #include "CameraImageDecoder.h"
+#include "CameraRegisterRequest.h"
 #include "ImageFormatConfig.h"
 #include "ImageViewer.h"
 #include "LinkTap.h"
@@ -315,27 +316,13 @@ qint64 CameraDebugWidget::writeToLink(const QByteArray &data)
 
 void CameraDebugWidget::SltReadWriteRegister(const QString &strAddr, const QString &strValue, int regId)
 {
-    const int addrLen = m_edtRegAddrLen->text().toInt();
-    if (addrLen < 1 || addrLen > 4) {
-        QtMessageTip::Instance()->ShowToastMessage("寄存器地址长度设置错误[1~4]", 2000);
+    const CameraRegisterRequest request(strAddr, strValue, regId, m_edtRegAddrLen->text().toInt(),
+                                        m_edtRegValueLen->text().toInt());
+    if (!request.error().isEmpty()) {
+        QtMessageTip::Instance()->ShowToastMessage(request.error(), 2000);
         return;
     }
-    const int valueLen = m_edtRegValueLen->text().toInt();
-    if ((valueLen < 1 || valueLen > 4) && !strValue.isEmpty()) {
-        QtMessageTip::Instance()->ShowToastMessage("寄存器值长度设置错误[1~4]", 2000);
-        return;
-    }
-    const unsigned int addr = strAddr.toUInt(nullptr, 16);
-    const unsigned int value = strValue.toUInt(nullptr, 16);
-    const bool write = !strValue.isEmpty();
-    QByteArray data;
-    if (!write)
-        data.append(CameraFrame::le(unsigned(regId), 2));
-    data.append(CameraFrame::le(addr, addrLen));
-    if (write)
-        data.append(CameraFrame::le(value, valueLen));
-    SendMessageToDevice(write ? CameraFrame::CMD_WRITE_REG : CameraFrame::CMD_READ_REG,
-                        uchar(m_cbxDeviceAddr->currentIndex()), data);
+    SendMessageToDevice(request.command(), uchar(m_cbxDeviceAddr->currentIndex()), request.payload());
 }
 
 // ---- bytes in ----

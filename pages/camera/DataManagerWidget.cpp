@@ -4,25 +4,18 @@
 #include "QtMessageTip.h"
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
+#include "RegisterTableFile.h"
 
 #include <QButtonGroup>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTableView>
-#include <QTextStream>
 #include <QVBoxLayout>
 
 static const int s_nDefaultRows = 50;
 static const char *s_fileFilter = "*.csv;;*.txt";
-static const char *s_fileCodec = "GB18030";
-
-static QStringList tableHeaders()
-{
-    return QStringList() << "寄存器编号" << "寄存器地址" << "寄存器值" << "描述";
-}
 
 DataManagerWidget::DataManagerWidget(const QString &title, QWidget *parent)
     : QtWidgetBase(parent)
@@ -142,7 +135,7 @@ void DataManagerWidget::SltButtonClicked(int index)
         checkModel();
         m_model->clear();
         m_model->setRowCount(s_nDefaultRows);
-        setModel(tableHeaders());
+        setModel(RegisterTableFile::headers());
         break;
     case 1:
         InpportData();
@@ -174,45 +167,11 @@ void DataManagerWidget::ExportData()
         return;
 
     checkModel();
-    const int rows = m_model->rowCount();
-    const int columns = m_model->columnCount();
-
-    // No truncation: a longer file that is written over keeps its old tail behind the
-    // new lines, and a later import reads that tail too. Users' files depend on it.
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite)) {
+    if (!RegisterTableFile::save(path, m_model)) {
         QtMessageBox::warning("文件打开失败，请重试！");
         return;
     }
-    QTextStream out(&file);
-    out.setCodec(s_fileCodec);
-    for (const QString &header : tableHeaders())
-        out << header << ",";
-    out << Qt::endl;
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column)
-            out << m_model->index(row, column).data(Qt::DisplayRole).toString() << ",";
-        out << Qt::endl;
-    }
-    file.close();
     QtMessageTip::Instance()->ShowToastMessage("文件导出成功！", 2000);
-}
-
-void DataManagerWidget::readTable(QIODevice &file, QAbstractItemModel *model)
-{
-    QTextStream in(&file);
-    in.setCodec(s_fileCodec);
-    // the header line, never looked at: a file without one loses its first row
-    in.readLine();
-    // every line takes its row, also one too short to fill it, so rows stay where the
-    // file has them; rows past the model's end fall away
-    for (int row = 0; !in.atEnd(); ++row) {
-        const QStringList fields = in.readLine().split(',', Qt::KeepEmptyParts);
-        if (fields.size() < 4)
-            continue;
-        for (int column = 0; column < 4; ++column)
-            model->setData(model->index(row, column), fields.at(column), Qt::EditRole);
-    }
 }
 
 void DataManagerWidget::InpportData()
@@ -227,12 +186,9 @@ void DataManagerWidget::InpportData()
         return;
 
     checkModel();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!RegisterTableFile::load(path, m_model)) {
         QtMessageBox::warning("文件打开失败，请重试！");
         return;
     }
-    readTable(file, m_model);
-    file.close();
     QtMessageTip::Instance()->ShowToastMessage("数据导入完成！！", 2000);
 }

@@ -3,9 +3,7 @@
 
 #include "QtWidgetBase.h"
 
-class QAbstractItemModel;
 class QButtonGroup;
-class QIODevice;
 class QStandardItemModel;
 class QTableView;
 class QtTabBar;
@@ -32,8 +30,6 @@ public:
     void setModelConfig();
     void InpportData();
     void ExportData();
-    // the rows of a GB18030 comma-separated file into the first four columns of model
-    static void readTable(QIODevice &file, QAbstractItemModel *model);
 
 signals:
     void signalChangePage(int index);

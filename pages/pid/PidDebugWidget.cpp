@@ -3,6 +3,7 @@
 #include "GraphConfigWidget.h"
 #include "LinkTap.h"
 #include "NumberTool.h"
+#include "PidExport.h"
 #include "PidFrame.h"
 #include "PidFrameDecoder.h"
 #include "QtMessageBox.h"
@@ -14,7 +15,6 @@
 #include <QComboBox>
 #include <QDateTime>
 #include <QDebug>
-#include <QFile>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -24,8 +24,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRegExpValidator>
-#include <QTextCodec>
-#include <QTextStream>
 #include <QToolTip>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -39,10 +37,7 @@ PidDebugWidget::PidDebugWidget(QWidget *parent)
     , m_startTime(-1)
     , m_serialPort(nullptr)
 {
-    m_frameHeader.append(char(76));
-    m_frameHeader.append(char(65));
-    m_frameHeader.append(char(82));
-    m_frameHeader.append(char(75));
+    m_frameHeader = PidFrame::header();
     std::memset(m_channels, 0, sizeof m_channels);
     m_tap = new LinkTap([this](const QByteArray &bytes) { return writeToPort(bytes); }, this);
 
@@ -393,7 +388,7 @@ void PidDebugWidget::CloseSerialport()
 {
     if (m_btnStart->text() == "停止") {
         m_btnStart->setText("启动");
-        SendCmdToSeriaport(PidFrame::SendStop, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+        SendCmdToSeriaport(PidFrame::SendStop, PidFrame::channelByte(m_cbxChannel->currentIndex()), QByteArray());
     }
     m_serialPort->close();
     m_portForm->showClosed();
@@ -436,17 +431,11 @@ void PidDebugWidget::SltGraphClicked(int index, bool checked)
 void PidDebugWidget::SltBtnSendPidClicked()
 {
     const int c = m_cbxChannel->currentIndex();
-    QByteArray payload;
-    const float p = m_edtP->text().toFloat();
-    m_channels[c].p = p;
-    payload.append(NumberTool::baFromFloatBigEndian(p));
-    const float i = m_edtI->text().toFloat();
-    m_channels[c].i = i;
-    payload.append(NumberTool::baFromFloatBigEndian(i));
-    const float d = m_edtD->text().toFloat();
-    m_channels[c].d = d;
-    payload.append(NumberTool::baFromFloatBigEndian(d));
-    SendCmdToSeriaport(PidFrame::SendPidValues, static_cast<unsigned char>((c + 1) & 255), payload);
+    PidChannelState &ch = m_channels[c];
+    ch.p = m_edtP->text().toFloat();
+    ch.i = m_edtI->text().toFloat();
+    ch.d = m_edtD->text().toFloat();
+    SendCmdToSeriaport(PidFrame::SendPidValues, PidFrame::channelByte(c), PidFrame::pidPayload(ch.p, ch.i, ch.d));
 }
 
 void PidDebugWidget::SltBtnSendValueClicked()
@@ -455,8 +444,8 @@ void PidDebugWidget::SltBtnSendValueClicked()
     const int value = m_edtTarget->text().toInt(nullptr, 10);
     // the target curve draws from the stored value from now on
     m_channels[c].target = value;
-    SendCmdToSeriaport(PidFrame::SendTargetValue, static_cast<unsigned char>((c + 1) & 255),
-                       NumberTool::baFromInt32SmallEndian(value));
+    SendCmdToSeriaport(PidFrame::SendTargetValue, PidFrame::channelByte(c),
+                       PidFrame::valuePayload(value));
 }
 
 void PidDebugWidget::SltBtnSendIntervalClicked()
@@ -464,8 +453,8 @@ void PidDebugWidget::SltBtnSendIntervalClicked()
     // the stored period changes only when the board reports it
     const int c = m_cbxChannel->currentIndex();
     const int value = m_edtPeriod->text().toInt(nullptr, 10);
-    SendCmdToSeriaport(PidFrame::SendPeriod, static_cast<unsigned char>((c + 1) & 255),
-                       NumberTool::baFromInt32SmallEndian(value));
+    SendCmdToSeriaport(PidFrame::SendPeriod, PidFrame::channelByte(c),
+                       PidFrame::valuePayload(value));
 }
 
 void PidDebugWidget::SltBtnClearClicked()
@@ -493,40 +482,27 @@ void PidDebugWidget::SltBtnExportClicked()
     ExportDataToFile(fileName);
 }
 
-// value at position i as QCPDataContainer::at bounds it; an empty curve reads 0
-static double valueAt(QCPGraph *graph, int i)
+// the values of a curve in plot order; a position without a graph has none
+static QVector<double> curveValues(QCPGraph *graph)
 {
-    if (!graph || graph->data()->isEmpty())
-        return 0.0;
-    return graph->data()->at(i)->value;
+    QVector<double> values;
+    if (!graph)
+        return values;
+    values.reserve(graph->dataCount());
+    for (auto it = graph->data()->constBegin(); it != graph->data()->constEnd(); ++it)
+        values.append(it->value);
+    return values;
 }
 
 void PidDebugWidget::ExportDataToFile(const QString &fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate)) {
+    PidExport exporter;
+    for (int n = 1; n <= PidExport::Channels; ++n)
+        exporter.setCurves(n, curveValues(m_customPlot->graph(n - 1)), curveValues(m_customPlot->graph(n + 4)));
+    if (!exporter.write(fileName)) {
         QtMessageBox::warning("文件保存失败!");
         return;
     }
-    QTextStream out(&file);
-    out.setCodec(QTextCodec::codecForName("GB18030"));
-    // QTextStream takes plain char strings as Latin-1: every literal goes as QString
-    out << QString("PID调试数据") << "\n";
-    for (int n = 1; n <= 5; ++n) {
-        out << QString("通道 %1 数据如下：").arg(n) << "\n";
-        out << QString("序号,") << QString("实际值,") << QString("目标值,") << QString("差值") << "\n";
-        QCPGraph *target = m_customPlot->graph(n - 1);
-        QCPGraph *actual = m_customPlot->graph(n + 4);
-        const int count = target ? target->dataCount() : 0;
-        for (int i = 0; i < count; ++i) {
-            const double a = valueAt(actual, i);
-            const double t = valueAt(target, i);
-            out << (i + 1) << "," << a << "," << t << "," << (a - t) << "\n";
-        }
-        out << "\n" << "\n";
-    }
-    out.flush();
-    file.close();
     emit signalNotify("文件已导出：" + fileName, 0);
 }
 
@@ -545,13 +521,13 @@ void PidDebugWidget::SltBtnStartClicked()
         cmd = PidFrame::SendStop;
     }
     // the text flips now, before the board answers
-    SendCmdToSeriaport(cmd, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+    SendCmdToSeriaport(cmd, PidFrame::channelByte(m_cbxChannel->currentIndex()), QByteArray());
 }
 
 void PidDebugWidget::SltBtnResetClicked()
 {
     SltBtnClearClicked();
-    SendCmdToSeriaport(PidFrame::SendReset, static_cast<unsigned char>((m_cbxChannel->currentIndex() + 1) & 255), QByteArray());
+    SendCmdToSeriaport(PidFrame::SendReset, PidFrame::channelByte(m_cbxChannel->currentIndex()), QByteArray());
 }
 
 void PidDebugWidget::SltPoltScale(int index)

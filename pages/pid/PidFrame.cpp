@@ -14,11 +14,33 @@ int PidFrame::getCheckSum(QByteArray frame)
 
 QByteArray PidFrame::build(unsigned char cmd, unsigned char channel, const QByteArray &payload)
 {
-    QByteArray frame = NumberTool::baFromInt32SmallEndian(static_cast<int>(HeaderValue));
+    QByteArray frame = header();
     frame.append(static_cast<char>(channel));
     frame.append(NumberTool::baFromInt32SmallEndian(payload.size() + MinimumSize));
     frame.append(static_cast<char>(cmd));
     frame.append(payload);
     frame.append(static_cast<char>(getCheckSum(frame)));
     return frame;
+}
+
+QByteArray PidFrame::header()
+{
+    return NumberTool::baFromInt32SmallEndian(static_cast<int>(HeaderValue));
+}
+
+unsigned char PidFrame::channelByte(int comboIndex)
+{
+    return static_cast<unsigned char>((comboIndex + 1) & 255);
+}
+
+QByteArray PidFrame::pidPayload(float p, float i, float d)
+{
+    // the routine named for big endian is the one that leaves the bytes unswapped
+    return NumberTool::baFromFloatBigEndian(p) + NumberTool::baFromFloatBigEndian(i)
+           + NumberTool::baFromFloatBigEndian(d);
+}
+
+QByteArray PidFrame::valuePayload(int value)
+{
+    return NumberTool::baFromInt32SmallEndian(value);
 }

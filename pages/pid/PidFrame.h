@@ -32,6 +32,17 @@ public:
     static int getCheckSum(QByteArray frame);
     // header, channel, length (payload + 11), command, payload, checksum
     static QByteArray build(unsigned char cmd, unsigned char channel, const QByteArray &payload);
+
+    // the four header bytes, as the receive side compares them
+    static QByteArray header();
+    // the channel byte of a channel combo index: commands always go to the channel
+    // selected at that moment, and the byte wraps rather than refuses
+    static unsigned char channelByte(int comboIndex);
+    // P, I and D as three floats, each in host memory order (least significant byte
+    // first on the little-endian hosts the board is driven from)
+    static QByteArray pidPayload(float p, float i, float d);
+    // a target or a period: one int32, little-endian
+    static QByteArray valuePayload(int value);
 };
 
 #endif // PIDFRAME_H

@@ -5,6 +5,9 @@
 #include <QtTest>
 
 #include <ctime>
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
 
 // QextSerialPort opened on the program's end of a socat pty pair.
 class TstQextSerialPort : public QObject
@@ -45,6 +48,31 @@ private slots:
         m_port->setBaudRate(rate);
         // a refused rate keeps the one chosen before
         QCOMPARE(int(m_port->baudRate()), accepted ? rate : 57600);
+    }
+
+    // speed and stop bits as the device reports them (a pty keeps 8 data bits and no
+    // parity whatever it is told), set while open and carried into a later opening
+    void settingsReachThePort()
+    {
+        const auto line = [this](speed_t &speed, bool &twoStop) {
+            const int fd = ::open(qPrintable(m_pty->programPath()), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+            termios tio = {};
+            const bool read = fd >= 0 && ::tcgetattr(fd, &tio) == 0;
+            ::close(fd);
+            speed = cfgetospeed(&tio);
+            twoStop = tio.c_cflag & CSTOPB;
+            return read;
+        };
+        speed_t speed;
+        bool twoStop;
+        m_port->setBaudRate(QextSerialPort::BAUD115200);
+        m_port->setStopBits(QextSerialPort::STOP_2);
+        QVERIFY(line(speed, twoStop) && speed == B115200 && twoStop);
+        m_port->close();
+        m_port->setBaudRate(QextSerialPort::BAUD19200);
+        m_port->setStopBits(QextSerialPort::STOP_1);
+        QVERIFY(m_port->open(QIODevice::ReadWrite));
+        QVERIFY(line(speed, twoStop) && speed == B19200 && !twoStop);
     }
 
     void fiveDataBitsNeverGoWithTwoStopBits()

@@ -1,5 +1,5 @@
 // The register table's import: a GB18030 comma-separated file into the table's model.
-#include "DataManagerWidget.h"
+#include "RegisterTableFile.h"
 
 #include <QBuffer>
 #include <QStandardItemModel>
@@ -11,6 +11,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QBuffer file(&bytes);
     file.open(QIODevice::ReadOnly);
     QStandardItemModel model(50, 4);
-    DataManagerWidget::readTable(file, &model);
+    RegisterTableFile::read(file, &model);
     return 0;
 }

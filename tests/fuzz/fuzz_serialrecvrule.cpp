@@ -5,7 +5,7 @@
 #include "FuzzInput.h"
 #include "MyApp.h"
 #include "QtCompactLog.h"
-#include "QtRecvViewFeeder.h"
+#include "RecvViewText.h"
 #include "SerialRecvRule.h"
 
 #include <cstdlib>
@@ -37,19 +37,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const int lineBound = 1 + (options >> 2);
     QtCompactLog log(1 + in.byte());
     QString whole;
-    QtRecvViewFeeder::ViewRun run;
+    RecvViewText::ViewRun run;
     QByteArray waiting;
     QByteArray chunk;
     auto show = [&](const QByteArray &bytes) {
         const QString text = SerialRecvRule::displayText(bytes, !asciiShown);
-        const QString plain = QtRecvViewFeeder::plainTextOf(text);
+        const QString plain = RecvViewText::plainTextOf(text);
         log.append(plain);
         whole += plain;
-        const QString view = QtRecvViewFeeder::viewForm(text, lineBound, run);
+        const QString view = RecvViewText::viewForm(text, lineBound, run);
         // the view reads as the text, but for the breaks the bound adds
-        if (!readsAsWithBreaks(QtRecvViewFeeder::plainTextOf(view), plain))
+        if (!readsAsWithBreaks(RecvViewText::plainTextOf(view), plain))
             abort();
-        const int start = QtRecvViewFeeder::tailStart(text, lineBound * 3);
+        const int start = RecvViewText::tailStart(text, lineBound * 3);
         if (start < 0 || start > text.size())
             abort();
     };

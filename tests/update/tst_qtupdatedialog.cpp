@@ -32,8 +32,6 @@ private slots:
     void versionCheckAnswers();
     void downloadUnpacksAndRestarts_data();
     void downloadUnpacksAndRestarts();
-    void unsafeEntriesAreSkippedAndNamed_data();
-    void unsafeEntriesAreSkippedAndNamed();
     void aCopyItCannotOverwriteIsLeftToThePackageManager();
     void theRunningProgramIsReplacedWhole();
     void anArchiveThatCannotBeReadStopsBeforeTheRestart();
@@ -151,7 +149,7 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts_data()
     QTest::addColumn<bool>("cutShort");
     QTest::addColumn<QString>("reported"); // what the view gains after the release text
 
-    const QString unpacked = "\n文件更新完成，正在解压文件,稍后自动重启！larkTools\ndata\ndata/big.bin\nreadme.txt\n";
+    const QString unpacked = "\n文件更新完成，正在解压文件,稍后自动重启！larkTools\ndata\ndata/big.bin\nreadme.txt\n已跳过: ../evil\n";
     QTest::newRow("content length") << true << QByteArray("larkTools_1.0.1.6.zip") << false << unpacked;
     QTest::newRow("no content length") << false << QByteArray("u.zip") << false << unpacked;
     QTest::newRow("not a zip: kept") << true << QByteArray("u.rar") << false << "\n升级文件格式解析错误！请联系管理员！";
@@ -169,9 +167,6 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts()
     // a blank in the program's path must not split the command that restarts it
     QTemporaryDir program(QDir::tempPath() + "/lark update XXXXXX");
     const QString marker = program.path() + "/restarted";
-    QFile old(program.path() + "/readme.txt");
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old text that is longer") > 0);
-    old.close();
     // incompressible, so that the archive arrives in several reads
     QByteArray big(300000, 0);
     for (char &c : big)
@@ -183,6 +178,7 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts()
     writer.addDirectory("data");
     writer.addFile("data/big.bin", big);
     writer.addFile("readme.txt", "new");
+    writer.addFile("../evil", "out"); // named as skipped; the archive's own test has the cases
     writer.close();
     QByteArray zip = buffer.data();
     // Qt 5's writer stores an execute permission as a write one: set the owner's execute
@@ -212,57 +208,10 @@ void TstQtUpdateDialog::downloadUnpacksAndRestarts()
     QCOMPARE(viewText(), "x\n\n是否立即下载新版本?" + reported);
     QCOMPARE(readFile(dlg->downloadDir() + "/" + fileName), cutShort ? QByteArray() : zip);
     QCOMPARE(readFile(program.path() + "/data/big.bin"), restarts ? big : QByteArray());
-    // overwritten in place: the old tail stays
-    QCOMPARE(readFile(program.path() + "/readme.txt"),
-             QByteArray(restarts ? "new text that is longer" : "old text that is longer"));
     if (restarts) // the restarted program runs in its own folder
         QTRY_COMPARE(readFile(marker).trimmed(), program.path().toUtf8());
     else // the count alone does not make a download complete: the file must hold it all
         QVERIFY(!dlg->finishDownload(zip.size(), zip.size()) && !QFile::exists(program.path() + "/data"));
-}
-
-void TstQtUpdateDialog::unsafeEntriesAreSkippedAndNamed_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("symLinkEntry");
-    QTest::newRow("up") << "../x" << false;
-    QTest::newRow("up inside") << "sub/../../x" << false;
-    QTest::newRow("backslash up") << "sub\\..\\..\\x" << false;
-    QTest::newRow("absolute") << "@OUT@/x" << false;
-    QTest::newRow("through a link out") << "out/x" << false;
-    QTest::newRow("through a dangling link") << "dangling" << false;
-    QTest::newRow("link entry") << "x" << true;
-}
-
-void TstQtUpdateDialog::unsafeEntriesAreSkippedAndNamed()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, symLinkEntry);
-    // program and outside share a parent, so "../x" from the program is outside/../x
-    QTemporaryDir parent;
-    const QString programDir = parent.path() + "/program";
-    const QString outside = parent.path() + "/outside";
-    QVERIFY(QDir().mkpath(programDir + "/sub") && QDir().mkpath(outside));
-    QVERIFY(QFile::link(outside, programDir + "/out"));
-    QVERIFY(QFile::link(outside + "/missing", programDir + "/dangling"));
-    QVERIFY(QFile::link(programDir + "/sub", programDir + "/in"));
-    name.replace("@OUT@", outside);
-
-    QZipWriter writer(parent.path() + "/u.zip");
-    if (symLinkEntry)
-        writer.addSymLink(name, outside + "/x");
-    else
-        writer.addFile(name, "evil");
-    writer.addFile("in/a..b", "good"); // dots inside a name and links that stay inside are harmless
-    writer.close();
-
-    QtUpdateDialog *dlg = openDialog();
-    QVERIFY(dlg->unpackArchive(parent.path() + "/u.zip", programDir));
-    QCOMPARE(viewText(), QString("已跳过: %1\nin/a..b\n").arg(name));
-    QVERIFY(QDir(outside).isEmpty());
-    QVERIFY(!QFile::exists(parent.path() + "/x"));
-    QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
-    QCOMPARE(readFile(programDir + "/sub/a..b"), QByteArray("good"));
 }
 
 void TstQtUpdateDialog::aCopyItCannotOverwriteIsLeftToThePackageManager()

@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "NumberTool.h"
 #include "QtCompactLog.h"
 
@@ -74,5 +74,5 @@ private slots:
     }
 };
 
-LARK_TEST_MAIN(TstQtCompactLog)
+LARK_TEST_GUILESS_MAIN(TstQtCompactLog)
 #include "tst_qtcompactlog.moc"

@@ -47,6 +47,8 @@ private slots:
         QVERIFY(bin.open(QIODevice::ReadOnly));
         QCOMPARE(bin.readAll(), QByteArray("ABC"));
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString()), QtRecvSaveFormat::Notice());
+        QCOMPARE(QtRecvSaveFormat::save(&parent, QString(), dir.filePath("empty.txt")), QtRecvSaveFormat::Notice());
+        QVERIFY(!QFile::exists(dir.filePath("empty.txt")));
         LarkTest::onNextModal([](QWidget *w) { static_cast<QDialog *>(w)->reject(); });
         QCOMPARE(QtRecvSaveFormat::save(&parent, "41"), QtRecvSaveFormat::Notice());
         QCOMPARE(QtRecvSaveFormat::save(nullptr, "data", "/nonexistent-dir/x.txt"),

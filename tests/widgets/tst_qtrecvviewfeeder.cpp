@@ -1,5 +1,6 @@
 #include "LarkTest.h"
 #include "QtRecvViewFeeder.h"
+#include "RecvViewText.h"
 
 #include <QScrollBar>
 #include <QTextBlock>
@@ -182,77 +183,6 @@ private slots:
         QVERIFY(!queue.isPending()); // nothing dropped comes back with a later turn
     }
 
-    void viewFormJoinsLinesAndBreaksLongParagraphs_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("maxLine");
-        QTest::addColumn<QPoint>("runBefore"); // of the paragraph and of its line
-        QTest::addColumn<QString>("view"); // '|' marks a paragraph break, '/' a line break
-        QTest::addColumn<QPoint>("runAfter");
-        QTest::newRow("line ends inside the bound join") << "ab\ncd\r\nef\rg" << 20 << QPoint() << "ab/cd/ef/g" << QPoint(10, 1);
-        QTest::newRow("the first line end past the bound ends it") << "ab\ncd\r\nef" << 4 << QPoint() << "ab/cd|ef" << QPoint(2, 2);
-        QTest::newRow("cr then lf apart are two") << "a\r\r\nb" << 20 << QPoint() << "a//b" << QPoint(4, 1);
-        QTest::newRow("paragraph separators stay") << QString("0102") + QChar(0x2029) + "03\n04" << 5 << QPoint()
-                                                   << "0102|03/04" << QPoint(5, 2);
-        // lines joined past the bound are not broken inside: only a line that long is
-        QTest::newRow("joined lines are not broken") << "ab cd\nef gh" << 6 << QPoint(4, 0) << "ab cd|ef gh" << QPoint(5, 5);
-        QTest::newRow("hex broken after the blank past the bound") << "01 02 03 04 05 " << 6 << QPoint()
-                                                                   << "01 02 |03 04 |05 " << QPoint(3, 3);
-        QTest::newRow("the run goes on from the last slice") << "03 04 05 " << 6 << QPoint(3, 3) << "03 |04 05 |"
-                                                             << QPoint();
-        QTest::newRow("no blank: cut 64 past the bound") << QString(70, 'x') << 4 << QPoint() << QString(68, 'x') + "|xx"
-                                                         << QPoint(2, 2);
-        // a break right before a line end would leave an empty line in the view
-        QTest::newRow("no break before a line end") << "01 02 \n03 " << 6 << QPoint() << "01 02 |03 " << QPoint(3, 3);
-        QTest::newRow("no break before a cr lf") << "01 02 \r\n03 " << 6 << QPoint() << "01 02 |03 " << QPoint(3, 3);
-    }
-
-    void viewFormJoinsLinesAndBreaksLongParagraphs()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, maxLine);
-        QFETCH(QPoint, runBefore);
-        QFETCH(QString, view);
-        QFETCH(QPoint, runAfter);
-        QtRecvViewFeeder::ViewRun run;
-        run.paragraph = runBefore.x();
-        run.line = runBefore.y();
-        QString got = QtRecvViewFeeder::viewForm(text, maxLine, run);
-        got.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('|'));
-        got.replace(QChar(QChar::LineSeparator), QLatin1Char('/'));
-        QCOMPARE(got, view);
-        QCOMPARE(QPoint(run.paragraph, run.line), runAfter);
-    }
-
-    // The serial page's way with running hex: the view holds no paragraph much longer
-    // than the bound, cut only after whole bytes, while the saved text keeps every
-    // paragraph whole, the same as without the bound.
-    void aLineBoundedViewBreaksHexButTheSavedTextDoesNot()
-    {
-        QTextEdit bounded, plain;
-        QtRecvViewFeeder withBound(&bounded), without(&plain);
-        withBound.setViewLineChars(300);
-        withBound.setSliceChars(500);
-        const QStringList paragraphs{QString("5A A5 ").repeated(2000), "ok", QString("01 ").repeated(150), "end"};
-        for (const QString &p : paragraphs) {
-            withBound.appendParagraph(p);
-            without.appendParagraph(p);
-        }
-        withBound.flush();
-        without.flush();
-        QCOMPARE(withBound.plainText(), paragraphs.join('\n'));
-        QCOMPARE(withBound.plainText(), without.plainText());
-        QCOMPARE(without.plainText(), plain.toPlainText());
-        int longest = 0;
-        for (const QString &line : blockTexts(bounded.document())) {
-            longest = qMax(longest, line.size());
-            QVERIFY2(line.size() <= 3 || line.endsWith(' ') || line == "ok" || line == "end", qPrintable(line));
-        }
-        QVERIFY(longest <= 300 + 2);
-        // only the breaks differ
-        QCOMPARE(blockTexts(bounded.document()).join(QString()), QString(paragraphs.join(QString())));
-    }
-
     // Lines joined into long paragraphs of the view: the bound still cuts the view at
     // the start of a line.
     void aBoundCutsJoinedLinesAtALineStart()
@@ -265,7 +195,7 @@ private slots:
         for (int i = 0; i < 20; ++i) {
             const QString piece = lines(QString("chunk %1 line %2\r\n").arg(i), 20);
             queue.appendParagraph(piece);
-            all += (all.isEmpty() ? "" : "\n") + QtRecvViewFeeder::plainTextOf(piece);
+            all += (all.isEmpty() ? "" : "\n") + RecvViewText::plainTextOf(piece);
             queue.flush();
         }
         QVERIFY(view.document()->blockCount() <= 3); // the lines of a piece share its paragraph
@@ -273,44 +203,6 @@ private slots:
         QVERIFY(shown.size() <= 480);
         QVERIFY2(all.endsWith(shown), qPrintable(shown));
         QVERIFY2(all.at(all.size() - shown.size() - 1) == '\n', qPrintable(shown));
-    }
-
-    void plainTextOfIsWhatTheViewGivesBack_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("line ends") << "a\r\nb\rc\n\rd\r";
-        QTest::newRow("characters the document treats apart")
-            << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c" + QChar(0xFDD0) + "d" + QChar(0xFDD1) + "e"
-                   + QChar(0x00A0) + "f\tg" + QChar(0) + "h";
-    }
-
-    void plainTextOfIsWhatTheViewGivesBack()
-    {
-        QFETCH(QString, text);
-        QTextDocument doc;
-        QTextCursor cursor(&doc);
-        cursor.insertText(text);
-        QCOMPARE(QtRecvViewFeeder::plainTextOf(text), doc.toPlainText());
-    }
-
-    void tailStartKeepsLinesAndBytesWhole_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("maxChars");
-        QTest::addColumn<QString>("tail");
-        QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
-        QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
-        QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
-        QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
-        QTest::newRow("nothing allowed") << "abc" << 0 << "";
-    }
-
-    void tailStartKeepsLinesAndBytesWhole()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, maxChars);
-        QFETCH(QString, tail);
-        QCOMPARE(text.mid(QtRecvViewFeeder::tailStart(text, maxChars)), tail);
     }
 };
 

@@ -54,14 +54,6 @@ class TstCameraLinkDecoder : public QObject
     Q_OBJECT
 
 private slots:
-    void framesAreBuiltWithTheirCrc()
-    {
-        QCOMPARE(modbusCrc("123456789"), quint16(0x4B37));
-        const QByteArray read = CameraFrame::build(0x11, 1, QByteArray::fromHex("0500aa"));
-        QCOMPARE(read.left(10), QByteArray::fromHex("4c41524b010f00000011"));
-        QCOMPARE(read, camFrame(0x11, QByteArray::fromHex("0500aa"), 1));
-    }
-
     void chunksFollowTheLinkRules_data()
     {
         QTest::addColumn<Chunks>("chunks");

@@ -53,11 +53,6 @@ class TstDataManagerWidget : public QObject
         QFile f(path(name));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
-    void writeFile(const QString &name, const QByteArray &bytes)
-    {
-        QFile f(path(name));
-        QVERIFY(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
-    }
     void fileButton(const QString &text, const QString &name)
     {
         LarkTest::answerNextFileDialog(path(name), "*.csv");
@@ -111,40 +106,13 @@ private slots:
         QCOMPARE(cells(), rows.join(';'));
     }
 
-    void exportOverALongerFileKeepsItsTail()
+    // a file that cannot be opened is refused in a box, and the table stays
+    void importOfAMissingFileWarns()
     {
-        const QByteArray old("h,\n1,A,,,\n2,B,,,\n3,C,,,\n4,D,,,\n5,E,,,\n6,F,,,\n7,G,,,\n8,H,,,\n9,I,,,\n");
-        writeFile("old.csv", old);
-        fill({"7|70|71|新"});
-        fileButton("导出", "old.csv");
-        const QByteArray head = gb("寄存器编号,寄存器地址,寄存器值,描述,\n7,70,71,新,\n");
-        QCOMPARE(readFile("old.csv"), head + old.mid(head.size()));
-        // the tail comes back on import; the cut line ",," is too short but takes its row
-        fill({"", "", "", ""});
-        fileButton("导入", "old.csv");
-        QCOMPARE(cells(), QString("7|70|71|新;|||;8|H||;9|I||"));
-    }
-
-    void import_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("cells");
-        const QString old = "o|o|o|o";
-        QTest::newRow("no header: first row lost") << QByteArray("1,A,B,C\n2,D,E,F\n") << "2|D|E|F;" + old + ";" + old;
-        QTest::newRow("short line keeps its row") << QByteArray("x\n1,A\n2,D,E,F\n") << old + ";2|D|E|F;" + old;
-        QTest::newRow("CR LF") << QByteArray("x\r\n1,A,B,C\r\n2,D,E,F\r\n") << "1|A|B|C;2|D|E|F;" + old;
-        QTest::newRow("longer than the model") << QByteArray("x\n1,,,\n2,,,\n3,,,\n4,,,\n") << "1|||;2|||;3|||";
-        QTest::newRow("missing file") << QByteArray() << old + ";" + old + ";" + old;
-    }
-    void import()
-    {
-        QFETCH(QByteArray, file);
-        if (!file.isNull())
-            writeFile("in.txt", file);
-        fill({"o|o|o|o", "o|o|o|o", "o|o|o|o"});
-        fileButton("导入", "in.txt");
-        QTEST(cells(), "cells");
-        QCOMPARE(m_warnings.contains("文件打开失败，请重试！"), file.isNull());
+        fill({"o|o|o|o"});
+        fileButton("导入", "missing.csv");
+        QCOMPARE(cells(), QString("o|o|o|o"));
+        QVERIFY(m_warnings.contains("文件打开失败，请重试！"));
     }
 
     void tabsAndButtonsTellTheOwner()

@@ -122,25 +122,6 @@ private slots:
         QVERIFY(rig.child<QComboBox>("cbxPort")->isVisible());
     }
 
-    void receivedBytesShowInTheChosenForm_data()
-    {
-        QTest::addColumn<bool>("hex");
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<QByteArrayList>("reads");
-        QTest::addColumn<QString>("pattern");
-        const QString tag = "\\[\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d\\]";
-        QTest::newRow("ascii") << false << false << QByteArrayList{"hello\r\n"} << "^hello\\n$";
-        // 0x80 is not above 0x80: not held
-        QTest::newRow("ends in 0x80") << false << false << QByteArrayList{"x\x80"} << "^x";
-        QTest::newRow("gb18030") << false << false << QByteArrayList{"\xD6\xD0\xCE\xC4!"} << "^中文!$";
-        // a last byte above 0x80 is not held in HEX
-        QTest::newRow("hex") << true << false << QByteArrayList{QByteArray("\x00\x7F\x80\xFF", 4)} << "^00 7F 80 FF $";
-        // every read gets its own tag, also in the middle of the sender's line
-        QTest::newRow("ascii log") << false << true << QByteArrayList{"ab", "cd"}
-                                   << "^" + tag + " ASCII >\\nab\\n" + tag + " ASCII >\\ncd$";
-        QTest::newRow("hex log") << true << true << QByteArrayList{"ok"} << "^" + tag + " HEX >\\n6F 6B $";
-    }
-
     // the tap sees raw bytes also when the view holds them, writes like the send box
     // and sees every close
     void theTapSeesTheLinkAndWritesLikeTheSendBox_data()
@@ -194,24 +175,6 @@ private slots:
         qApp->setStyleSheet(QString());
     }
 
-    void receivedBytesShowInTheChosenForm()
-    {
-        QFETCH(bool, hex);
-        QFETCH(bool, log);
-        QFETCH(QByteArrayList, reads);
-        QFETCH(QString, pattern);
-        Rig rig;
-        QVERIFY(rig.open());
-        if (hex)
-            rig.child<QRadioButton>("rbtnRecvHex")->click();
-        rig.child<QCheckBox>("chkLogMode")->setChecked(log);
-        for (const QByteArray &bytes : reads)
-            QVERIFY(rig.boardSendsOneRead(bytes));
-        QVERIFY2(QRegularExpression(pattern).match(rig.shown()).hasMatch(), qPrintable(rig.shown()));
-        QCOMPARE(rig.page.getCounts(), (QStringList{"发送字节: 0", QString("接收字节: %1").arg(reads.join().size())}));
-        QCOMPARE(rig.counts.last().at(0).toInt(), 0);
-    }
-
     void aChunkEndingHighWaitsForTheNextReadOrTheTick()
     {
         Rig rig;
@@ -237,7 +200,8 @@ private slots:
         QCOMPARE(rig.page.recvCount(), quint32(11));
         QTRY_VERIFY(rig.shown().contains("1234567"));
         QVERIFY(rig.page.recvBuffer().isEmpty());
-        QCOMPARE(rig.page.recvCount(), quint32(19));
+        QCOMPARE(rig.page.getCounts(), (QStringList{"发送字节: 0", "接收字节: 19"}));
+        QCOMPARE(rig.counts.last().at(0).toInt(), 0);
     }
 
     void stoppedDisplayHoldsAndCountsTheWholeBufferEachRead()
@@ -267,7 +231,7 @@ private slots:
         QCOMPARE(rig.page.recvCount(), quint32(3 + block.size() + 1));
         QVERIFY(rig.boardSendsOneRead("tail"));
         QTRY_VERIFY_WITH_TIMEOUT(!rig.page.recvFeeder()->isPending(), 30000);
-        const QString all = QtRecvViewFeeder::plainTextOf(MyApp::toUnicode("abc" + block + "!") + "\ntail");
+        const QString all = RecvViewText::plainTextOf(MyApp::toUnicode("abc" + block + "!") + "\ntail");
         QVERIFY(rig.page.recvFeeder()->plainText() == all);
         // the view keeps the tail, from a line start
         const QString tail = rig.shown();
@@ -320,45 +284,6 @@ private slots:
         QCOMPARE(rig.counts.last().at(0).toInt(), 0);
     }
 
-    void saveThroughThePage_data()
-    {
-        QTest::addColumn<bool>("hex");
-        QTest::addColumn<QByteArray>("received");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QVariantList>("notice");
-        QTest::addColumn<QByteArray>("file");
-        const QByteArray text("\xD6\xD0\xCE\xC4 ok");
-        const QVariantList done{QString("文件保存完成!"), 0};
-        QByteArray all;
-        for (int i = 0; i < 256; ++i)
-            all.append(char(i));
-        QTest::newRow("bin after hex") << true << all << "x.bin" << done << all;
-        QTest::newRow("txt after text") << false << text << "x.txt" << done << text;
-        QTest::newRow("unwritable") << false << text << "no-such-dir/x.txt"
-                                    << QVariantList{QString("文件保存失败!"), 255} << QByteArray("<missing>");
-        QTest::newRow("empty view writes nothing") << false << QByteArray() << "x.txt" << QVariantList()
-                                                   << QByteArray("<missing>");
-    }
-
-    void saveThroughThePage()
-    {
-        QFETCH(bool, hex);
-        QFETCH(QByteArray, received);
-        QFETCH(QString, name);
-        QFETCH(QVariantList, notice);
-        QFETCH(QByteArray, file);
-        QTemporaryDir dir;
-        Rig rig;
-        QVERIFY(rig.open());
-        if (hex)
-            rig.child<QRadioButton>("rbtnRecvHex")->click();
-        QVERIFY(rig.pty.boardWrite(received));
-        QTRY_COMPARE(rig.page.recvCount(), quint32(received.size()));
-        rig.page.saveDataToFile(dir.filePath(name));
-        QCOMPARE(rig.notify.count() > 1 ? rig.notify.last() : QVariantList(), notice);
-        QCOMPARE(readFile(dir.filePath(name)), file);
-    }
-
     void clearThenSaveInTheRealDialogWritesAllReceivedSince()
     {
         SerialportWidget page;
@@ -374,8 +299,10 @@ private slots:
         page.parseSerialportData("tail");
         QVERIFY(page.recvFeeder()->isPending());
         LarkTest::answerNextFileDialog(dir.filePath("received"), "*.txt");
+        QSignalSpy notify(&page, SIGNAL(signalNotify(QString, int)));
         page.findChild<QPushButton *>("btnSaveFile")->click();
-        const QString expected = QtRecvViewFeeder::plainTextOf(MyApp::toUnicode(block) + "\ntail");
+        QCOMPARE(notify.value(0), (QVariantList{QString("文件保存完成!"), 0}));
+        const QString expected = RecvViewText::plainTextOf(MyApp::toUnicode(block) + "\ntail");
         QVERIFY(MyApp::toUnicode(readFile(dir.filePath("received.txt"))) == expected);
         QTRY_VERIFY(!page.recvFeeder()->isPending());
         QVERIFY(expected.endsWith(page.terminal()->toPlainText()));

@@ -1,0 +1,61 @@
+#include "RegisterTableFile.h"
+
+#include <QAbstractItemModel>
+#include <QFile>
+#include <QIODevice>
+#include <QTextStream>
+
+static const char *s_fileCodec = "GB18030";
+
+QStringList RegisterTableFile::headers()
+{
+    return QStringList() << "寄存器编号" << "寄存器地址" << "寄存器值" << "描述";
+}
+
+void RegisterTableFile::read(QIODevice &file, QAbstractItemModel *model)
+{
+    QTextStream in(&file);
+    in.setCodec(s_fileCodec);
+    in.readLine();
+    for (int row = 0; !in.atEnd(); ++row) {
+        const QStringList fields = in.readLine().split(',', Qt::KeepEmptyParts);
+        if (fields.size() < 4)
+            continue;
+        for (int column = 0; column < 4; ++column)
+            model->setData(model->index(row, column), fields.at(column), Qt::EditRole);
+    }
+}
+
+void RegisterTableFile::write(QIODevice &file, const QAbstractItemModel *model)
+{
+    QTextStream out(&file);
+    out.setCodec(s_fileCodec);
+    for (const QString &header : headers())
+        out << header << ",";
+    out << Qt::endl;
+    const int rows = model->rowCount();
+    const int columns = model->columnCount();
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column)
+            out << model->index(row, column).data(Qt::DisplayRole).toString() << ",";
+        out << Qt::endl;
+    }
+}
+
+bool RegisterTableFile::load(const QString &path, QAbstractItemModel *model)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    read(file, model);
+    return true;
+}
+
+bool RegisterTableFile::save(const QString &path, const QAbstractItemModel *model)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite))
+        return false;
+    write(file, model);
+    return true;
+}

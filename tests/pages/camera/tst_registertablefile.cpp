@@ -1,0 +1,105 @@
+#include "LarkTestCore.h"
+#include "RegisterTableFile.h"
+
+#include <QBuffer>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+static QByteArray gb(const QString &text) { return QTextCodec::codecForName("GB18030")->fromUnicode(text); }
+
+// rows joined by ';', cells by '|', and back
+static QString cells(const QStandardItemModel &model)
+{
+    QStringList rows;
+    for (int r = 0; r < model.rowCount(); ++r) {
+        QStringList row;
+        for (int c = 0; c < model.columnCount(); ++c)
+            row << model.index(r, c).data().toString();
+        rows << row.join('|');
+    }
+    return rows.join(';');
+}
+
+static void fill(QStandardItemModel &model, const QString &text)
+{
+    const QStringList rows = text.split(';');
+    model.setRowCount(rows.size());
+    model.setColumnCount(4);
+    for (int r = 0; r < rows.size(); ++r)
+        for (int c = 0; c < 4; ++c)
+            model.setData(model.index(r, c), rows.at(r).split('|').value(c));
+}
+
+class TstRegisterTableFile : public QObject
+{
+    Q_OBJECT
+private slots:
+    void readKeepsRowsWhereTheFileHasThem_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("cells");
+        const QString old = "o|o|o|o";
+        QTest::newRow("no header: first row lost") << QByteArray("1,A,B,C\n2,D,E,F\n") << "2|D|E|F;" + old + ";" + old;
+        QTest::newRow("short line keeps its row") << QByteArray("x\n1,A\n2,D,E,F\n") << old + ";2|D|E|F;" + old;
+        QTest::newRow("CR LF") << QByteArray("x\r\n1,A,B,C\r\n2,D,E,F\r\n") << "1|A|B|C;2|D|E|F;" + old;
+        QTest::newRow("longer than the model") << QByteArray("x\n1,,,\n2,,,\n3,,,\n4,,,\n") << "1|||;2|||;3|||";
+        QTest::newRow("GB18030") << gb("h\n1,10,20,曝光时间,\n") << "1|10|20|曝光时间;" + old + ";" + old;
+        QTest::newRow("empty file") << QByteArray() << old + ";" + old + ";" + old;
+    }
+
+    void readKeepsRowsWhereTheFileHasThem()
+    {
+        QFETCH(QByteArray, file);
+        QStandardItemModel model;
+        fill(model, "o|o|o|o;o|o|o|o;o|o|o|o");
+        QBuffer buffer(&file);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        RegisterTableFile::read(buffer, &model);
+        QTEST(cells(model), "cells");
+    }
+
+    // header and rows end in a comma; blank rows stay; the rows come back
+    void writtenTablesReadBack()
+    {
+        QStandardItemModel model;
+        fill(model, "1|10|20|曝光时间;2|3B|FFFFFFFF80000000|;|||");
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QVERIFY(buffer.open(QIODevice::ReadWrite));
+        RegisterTableFile::write(buffer, &model);
+        QCOMPARE(bytes, gb("寄存器编号,寄存器地址,寄存器值,描述,\n1,10,20,曝光时间,\n2,3B,FFFFFFFF80000000,,\n,,,,\n"));
+        QStandardItemModel back;
+        fill(back, "|||;|||;|||");
+        buffer.seek(0);
+        RegisterTableFile::read(buffer, &back);
+        QCOMPARE(cells(back), cells(model));
+    }
+
+    // written over a longer file, the old tail stays and is read with the new lines;
+    // the cut line ",," is too short but takes its row
+    void aLongerOldFileKeepsItsTail()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("old.csv");
+        const QByteArray old("h,\n1,A,,,\n2,B,,,\n3,C,,,\n4,D,,,\n5,E,,,\n6,F,,,\n7,G,,,\n8,H,,,\n9,I,,,\n");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
+        file.close();
+        QStandardItemModel model;
+        fill(model, "7|70|71|新");
+        QVERIFY(RegisterTableFile::save(path, &model));
+        const QByteArray head = gb("寄存器编号,寄存器地址,寄存器值,描述,\n7,70,71,新,\n");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), head + old.mid(head.size()));
+        fill(model, ";;;");
+        QVERIFY(RegisterTableFile::load(path, &model));
+        QCOMPARE(cells(model), QString("7|70|71|新;|||;8|H||;9|I||"));
+        QVERIFY(!RegisterTableFile::load(dir.filePath("missing.csv"), &model));
+        QVERIFY(!RegisterTableFile::save(dir.filePath("no/such/dir.csv"), &model));
+    }
+};
+
+LARK_TEST_GUILESS_MAIN(TstRegisterTableFile)
+#include "tst_registertablefile.moc"
