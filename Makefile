@@ -20,7 +20,8 @@ DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
-       xvfb xauth imagemagick socat
+       xvfb xauth imagemagick socat \
+       ser2net
 # only the benchmarks need these: two desktop hex editors and a terminal timed for
 # comparison
 BENCH_DEBS = okteta ghex xdotool putty
