@@ -136,26 +136,33 @@ void CaptureWriter::SltFlush()
         fail(QString("记录文件 %1 已被删除或移动").arg(m_file.fileName()));
         return;
     }
-    const qint64 n = m_file.write(m_pending);
-    if (n != m_pending.size()) {
-        // what did go out is part of the file; the rest is the failure's loss
+    // a raw capture rolls over at exactly the size; a log at the end of the lines
+    // that reached it
+    int done = 0;
+    while (done < m_pending.size()) {
+        int len = m_pending.size() - done;
+        if (m_roll > 0 && m_format == Raw)
+            len = int(qMin<qint64>(len, m_roll - m_fileBytes));
+        const qint64 n = m_file.write(m_pending.constData() + done, len);
         if (n > 0) {
+            // what did go out is part of the file even when the rest fails
             m_total += n;
             m_fileBytes += n;
+            done += int(n);
         }
-        fail(QString("写入记录文件 %1 失败: %2").arg(m_file.fileName(), m_file.errorString()));
-        return;
-    }
-    m_total += n;
-    m_fileBytes += n;
-    m_pending.clear();
-    if (m_roll > 0 && m_fileBytes >= m_roll) {
-        m_file.close();
-        if (!openFile(rolledPath(m_path, ++m_rollIndex))) {
-            fail(QString("无法创建记录文件 %1: %2").arg(m_file.fileName(), m_error));
+        if (n != len) {
+            fail(QString("写入记录文件 %1 失败: %2").arg(m_file.fileName(), m_file.errorString()));
             return;
         }
+        if (m_roll > 0 && m_fileBytes >= m_roll) {
+            m_file.close();
+            if (!openFile(rolledPath(m_path, ++m_rollIndex))) {
+                fail(QString("无法创建记录文件 %1: %2").arg(m_file.fileName(), m_error));
+                return;
+            }
+        }
     }
+    m_pending.clear();
     emit progress(m_total);
 }
 
