@@ -113,8 +113,10 @@ DeviceReopener *LinkTools::reopener(int page) const
 
 void LinkTools::notify(int page, const QString &text, int level)
 {
-    if (m_links.value(page).page)
-        emit m_links[page].page->signalNotify(text, level);
+    // by name: a page may declare its own signalNotify, which is the one the status
+    // bar listens to
+    if (QtWidgetBase *w = m_links.value(page).page)
+        QMetaObject::invokeMethod(w, "signalNotify", Q_ARG(QString, text), Q_ARG(int, level));
 }
 
 bool LinkTools::startCapture(int page, const QString &path, bool hex)

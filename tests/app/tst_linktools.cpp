@@ -1,0 +1,119 @@
+#include "LarkPtyPair.h"
+#include "LarkTest.h"
+#include "LinkTools.h"
+#include "MainWindow.h"
+#include "MyApp.h"
+#include "PidDebugWidget.h"
+#include "QextSerialPort.h"
+#include "QtSerialPort.h"
+#include "SerialportWidget.h"
+#include "ToolsMenu.h"
+
+#include <QAction>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStackedWidget>
+#include <QtTest>
+
+// The wiring the entries add on the serial pages: control lines and flow control on
+// the page's own port, opened on a socat pty through the page's reopen hook.
+class tst_LinkTools : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<MainWindow> m_window;
+    QWidget *page(int i) const { return m_window->stackedWidget()->widget(i); }
+    bool reopen(int i, const QString &path)
+    {
+        if (auto *s = qobject_cast<SerialportWidget *>(page(i)))
+            return s->reopenPort(path);
+        return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
+    }
+
+private slots:
+    void init()
+    {
+        MyApp::InitApp();
+        m_window.reset(new MainWindow);
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        LarkTest::cleanAppDirs();
+    }
+    void entriesStandInTheToolsMenu();
+    void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data();
+    void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen();
+    void flowControlAppliesAtOnceAndOnTheNextOpen_data();
+    void flowControlAppliesAtOnceAndOnTheNextOpen();
+};
+
+void tst_LinkTools::entriesStandInTheToolsMenu()
+{
+    QStringList texts;
+    for (QAction *a : m_window->toolsMenu()->actions())
+        texts << a->text();
+    for (const char *t : {"开始记录…", "停止记录", "自动重连", "控制线"})
+        QVERIFY2(texts.contains(t), t);
+}
+
+void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("serial page") << 0;
+    QTest::newRow("PID page") << 3;
+}
+
+void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen()
+{
+    QFETCH(int, index);
+    LarkPtyPair pty;
+    QVERIFY(pty.start());
+    QVERIFY(reopen(index, pty.programPath()));
+    QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
+    m_window->linkTools()->setControlLine(index, true, false);
+    m_window->linkTools()->setControlLine(index, false, true);
+    QCOMPARE(notices.size(), 2);
+    for (const QList<QVariant> &n : notices) {
+        QVERIFY2(n.at(0).toString().contains("不支持控制线"), qPrintable(n.at(0).toString()));
+        QCOMPARE(n.at(1).toInt(), 255);
+    }
+    // the port still carries bytes
+    QVERIFY(pty.boardWrite("still here"));
+    if (auto *s = qobject_cast<SerialportWidget *>(page(index)))
+        QVERIFY(s->serialport()->isOpen());
+    else
+        QVERIFY(qobject_cast<PidDebugWidget *>(page(index))->serialPort()->isOpen());
+}
+
+static QString stty(const QString &path)
+{
+    QProcess p;
+    p.start("stty", {"-F", path, "-a"});
+    p.waitForFinished();
+    return QString::fromLatin1(p.readAllStandardOutput());
+}
+
+void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("serial page") << 0;
+    QTest::newRow("PID page") << 3;
+}
+
+void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen()
+{
+    QFETCH(int, index);
+    LarkPtyPair pty;
+    QVERIFY(pty.start());
+    // chosen while closed: the open applies it
+    m_window->linkTools()->setFlowControl(index, 1);
+    QVERIFY(reopen(index, pty.programPath()));
+    QVERIFY(stty(pty.programPath()).contains(" crtscts"));
+    // changed while open: at once
+    m_window->linkTools()->setFlowControl(index, 2);
+    const QString now = stty(pty.programPath());
+    QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
+}
+
+LARK_TEST_MAIN(tst_LinkTools)
+#include "tst_linktools.moc"
