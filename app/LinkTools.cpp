@@ -5,11 +5,13 @@
 #include "DeviceReopener.h"
 #include "LinkTap.h"
 #include "MyApp.h"
+#include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 #include "QtWidgetBase.h"
 #include "SerialportWidget.h"
+#include "SocketReconnector.h"
 #include "ToolsMenu.h"
 
 #include <QActionGroup>
@@ -18,6 +20,7 @@
 #include <QLabel>
 #include <QSettings>
 #include <QStackedWidget>
+#include <QTcpSocket>
 #include <QTextCodec>
 #include <QTimer>
 
@@ -41,13 +44,26 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
         PageLinks &l = m_links[i];
         l.page = qobject_cast<QtWidgetBase *>(pages->widget(i));
         l.tap = l.page ? l.page->linkTap() : nullptr;
+        const bool reconnect = settings.value(QString("AutoReconnect/%1").arg(i), false).toBool();
+        QTcpSocket *client = nullptr;
+        if (auto *n = qobject_cast<NetworkToolWidget *>(l.page))
+            client = n->tcpSocket();
+        else if (auto *c = qobject_cast<CameraDebugWidget *>(l.page))
+            client = c->tcpClient();
+        if (client) {
+            l.reconnector = new SocketReconnector(this);
+            l.reconnector->attach(client);
+            l.reconnector->setEnabled(reconnect);
+            connect(l.reconnector, SIGNAL(reconnecting(QString, quint16, int)), this,
+                    SLOT(SltReconnecting(QString, quint16, int)));
+        }
         if (!l.tap)
             continue;
         l.capture = new CaptureWriter(this);
         l.capture->attach(l.tap);
         connect(l.capture, SIGNAL(failed(QString)), this, SLOT(SltCaptureFailed(QString)));
         l.reopener = new DeviceReopener(this);
-        l.reopener->setEnabled(settings.value(QString("AutoReconnect/%1").arg(i), false).toBool());
+        l.reopener->setEnabled(reconnect);
         connect(l.reopener, SIGNAL(reopenWanted(QString)), this, SLOT(SltReopen(QString)));
         connect(l.tap, SIGNAL(opened(QString)), this, SLOT(SltLinkOpened(QString)));
         connect(l.tap, SIGNAL(closed()), this, SLOT(SltLinkClosed()));
@@ -62,7 +78,9 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
     m_actStart->setShortcut(QKeySequence("Ctrl+Shift+R"));
     m_actStop = m_menu->addPageAction("停止记录", capturing);
     m_actStop->setShortcut(QKeySequence("Ctrl+Shift+E"));
-    m_actReconnect = m_menu->addPageAction("自动重连", &ToolsMenu::hasLink);
+    m_actReconnect = m_menu->addPageAction("自动重连", [this](int i, QtWidgetBase *p) {
+        return ToolsMenu::hasLink(i, p) || (i < m_links.size() && m_links.at(i).reconnector);
+    });
     m_actReconnect->setCheckable(true);
     QMenu *lines = m_menu->addPageMenu("控制线", [](int i, QtWidgetBase *p) {
         return ToolsMenu::isSerialPage(i, p);
@@ -185,6 +203,8 @@ void LinkTools::setAutoReconnect(int page, bool on)
 {
     if (DeviceReopener *r = reopener(page))
         r->setEnabled(on);
+    if (page >= 0 && page < m_links.size() && m_links.at(page).reconnector)
+        m_links.at(page).reconnector->setEnabled(on);
     QSettings(settingsFile(), QSettings::IniFormat).setValue(QString("AutoReconnect/%1").arg(page), on);
 }
 
@@ -197,7 +217,7 @@ void LinkTools::SltMenuShown()
 {
     const int page = m_menu->currentIndex();
     const PageLinks l = m_links.value(page);
-    m_actReconnect->setChecked(l.reopener && l.reopener->isEnabled());
+    m_actReconnect->setChecked((l.reopener && l.reopener->isEnabled()) || (l.reconnector && l.reconnector->isEnabled()));
     m_actDtr->setChecked(l.dtr);
     m_actRts->setChecked(l.rts);
     const QList<QAction *> flows = m_flowGroup->actions();
@@ -265,7 +285,8 @@ void LinkTools::SltFlow(QAction *action)
 int LinkTools::indexOfSender() const
 {
     for (int i = 0; i < m_links.size(); ++i)
-        if (m_links.at(i).tap == sender() || m_links.at(i).page == sender() || m_links.at(i).reopener == sender())
+        if (m_links.at(i).tap == sender() || m_links.at(i).page == sender() || m_links.at(i).reopener == sender()
+            || m_links.at(i).reconnector == sender())
             return i;
     return -1;
 }
@@ -320,4 +341,9 @@ void LinkTools::SltReopen(const QString &path)
         m_links[i].reopener->linkOpened(path);
         notify(i, QString("串口[%1]已重新连接").arg(path), 0);
     }
+}
+
+void LinkTools::SltReconnecting(const QString &host, quint16 port, int delayMs)
+{
+    notify(indexOfSender(), QString("[TCP Client] %1:%2 未连接, %3 秒后重新连接...").arg(host).arg(port).arg(delayMs / 1000.0), 0);
 }

@@ -10,6 +10,7 @@ class LinkTap;
 class QAction;
 class QActionGroup;
 class QLabel;
+class SocketReconnector;
 class QStackedWidget;
 class QTimer;
 class QtWidgetBase;
@@ -54,6 +55,7 @@ private slots:
     void SltLinkClosed();
     void SltPageNotice(const QString &text, int level);
     void SltReopen(const QString &path);
+    void SltReconnecting(const QString &host, quint16 port, int delayMs);
 
 private:
     struct PageLinks {
@@ -61,6 +63,7 @@ private:
         LinkTap *tap = nullptr;
         CaptureWriter *capture = nullptr;
         DeviceReopener *reopener = nullptr;
+        SocketReconnector *reconnector = nullptr;
         bool pulled = false;
         bool dtr = true;
         bool rts = true;

@@ -3,6 +3,8 @@
 #include "LinkTools.h"
 #include "MainWindow.h"
 #include "MyApp.h"
+#include "NetworkToolWidget.h"
+#include "SocketReconnector.h"
 #include "PidDebugWidget.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
@@ -13,6 +15,8 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 // The wiring the entries add on the serial pages: control lines and flow control on
@@ -45,6 +49,7 @@ private slots:
     void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen();
     void flowControlAppliesAtOnceAndOnTheNextOpen_data();
     void flowControlAppliesAtOnceAndOnTheNextOpen();
+    void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
 };
 
 void tst_LinkTools::entriesStandInTheToolsMenu()
@@ -113,6 +118,26 @@ void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen()
     m_window->linkTools()->setFlowControl(index, 2);
     const QString now = stty(pty.programPath());
     QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
+}
+
+void tst_LinkTools::autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer()
+{
+    m_window->linkTools()->setAutoReconnect(2, true);
+    // the option lives in a file of its own and comes back with the window
+    QVERIFY(QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/2").toBool());
+    QVERIFY(!QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/0").toBool());
+    m_window.reset();
+    m_window.reset(new MainWindow);
+    QTcpServer probe;
+    QVERIFY(probe.listen(QHostAddress::LocalHost));
+    const quint16 port = probe.serverPort();
+    probe.close();
+    QTcpSocket *client = qobject_cast<NetworkToolWidget *>(page(2))->tcpSocket();
+    client->connectToHost("127.0.0.1", port);
+    QTRY_COMPARE(client->state(), QAbstractSocket::UnconnectedState);
+    QTcpServer late;
+    QVERIFY(late.listen(QHostAddress::LocalHost, port));
+    QTRY_COMPARE_WITH_TIMEOUT(client->state(), QAbstractSocket::ConnectedState, 5000);
 }
 
 LARK_TEST_MAIN(tst_LinkTools)
