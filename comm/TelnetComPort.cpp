@@ -168,8 +168,10 @@ void TelnetComPort::endSubnegotiation()
 {
     if (m_subOverflow || m_sub.size() < 2 || quint8(m_sub.at(0)) != OptComPort)
         return;
+    // server codes are the client's commands + 100; anything else (signature
+    // requests and codes from later drafts) asks nothing of a client
     const quint8 code = quint8(m_sub.at(1));
-    if (code < 100)
+    if (code < 100 + SetBaudRate || code > 100 + PurgeData)
         return;
     Reply r;
     r.command = quint8(code - 100);

@@ -47,6 +47,9 @@ void tst_TelnetComPort::serverStreamGivesTheSameResultWhereverItIsSplit_data()
         << b({255, 253, 24, 'k', 255, 253, 24}) << QByteArray("k") << b({255, 252, 24, 255, 252, 24}) << none;
     QTest::newRow("NOP and GA vanish")
         << b({'a', 255, 241, 'b', 255, 249}) << QByteArray("ab") << QByteArray() << none;
+    QTest::newRow("codes that are no reply to a command are ignored")
+        << b({255, 250, 44, 0, 1, 255, 240, 255, 250, 44, 255, 255, 255, 240, 255, 250, 44, 113, 255, 240})
+        << QByteArray() << QByteArray() << none;
     QTest::newRow("subnegotiation of another option is ignored")
         << b({255, 250, 24, 1, 255, 240, 'z'}) << QByteArray("z") << QByteArray() << none;
     QTest::newRow("two replies in a row")
