@@ -57,11 +57,13 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
             connect(l.reconnector, SIGNAL(reconnecting(QString, quint16, int)), this,
                     SLOT(SltReconnecting(QString, quint16, int)));
         }
+        // a writer for every page, so a capture can be driven without a link too; it
+        // records what the page's tap carries
+        l.capture = new CaptureWriter(this);
+        connect(l.capture, SIGNAL(failed(QString)), this, SLOT(SltCaptureFailed(QString)));
         if (!l.tap)
             continue;
-        l.capture = new CaptureWriter(this);
         l.capture->attach(l.tap);
-        connect(l.capture, SIGNAL(failed(QString)), this, SLOT(SltCaptureFailed(QString)));
         l.reopener = new DeviceReopener(this);
         l.reopener->setEnabled(reconnect);
         connect(l.reopener, SIGNAL(reopenWanted(QString)), this, SLOT(SltReopen(QString)));

@@ -5,6 +5,42 @@
 namespace {
 const char s_timeFormat[] = "yyyy-MM-dd HH:mm:ss.zzz";
 
+// the escaped form of a chunk that is ASCII only, without going through a codec
+// (every codec used here reads ASCII as itself); false when it is not ASCII
+bool escapedAscii(const QByteArray &bytes, QByteArray *out)
+{
+    static const char hex[] = "0123456789ABCDEF";
+    // written through a pointer into room for the worst case: appending byte by byte
+    // costs more than all the rest of a capture
+    out->resize(bytes.size() * 4);
+    char *o = out->data();
+    for (char ch : bytes) {
+        const uchar c = uchar(ch);
+        if (c >= 0x80)
+            return false;
+        if (c >= 0x20 && c != 0x7F && c != '\\') {
+            *o++ = ch;
+            continue;
+        }
+        *o++ = '\\';
+        if (c == '\\')
+            *o++ = '\\';
+        else if (c == '\r')
+            *o++ = 'r';
+        else if (c == '\n')
+            *o++ = 'n';
+        else if (c == '\t')
+            *o++ = 't';
+        else {
+            *o++ = 'x';
+            *o++ = hex[c >> 4];
+            *o++ = hex[c & 15];
+        }
+    }
+    out->resize(int(o - out->data()));
+    return true;
+}
+
 QByteArray escaped(const QString &text)
 {
     QString out;
@@ -65,12 +101,31 @@ QByteArray CaptureLog::formatLine(const Entry &entry, QTextCodec *codec)
     QByteArray line = entry.sent ? "TX " : "RX ";
     line += entry.time.toString(s_timeFormat).toLatin1();
     line += " +" + QString::asprintf("%lld.%03lld", entry.sinceStartMs / 1000, entry.sinceStartMs % 1000).toLatin1();
+    QByteArray ascii;
+    if (codec && escapedAscii(entry.bytes, &ascii))
+        return line + " T " + ascii + '\n';
     if (codec) {
         const QString text = codec->toUnicode(entry.bytes);
         if (codec->fromUnicode(text) == entry.bytes)
             return line + " T " + escaped(text) + '\n';
     }
-    return line + " H " + entry.bytes.toHex(' ').toUpper() + '\n';
+    // "H " then "XX" per byte separated by spaces, written in place for the same
+    // reason as the text
+    static const char hex[] = "0123456789ABCDEF";
+    const int head = line.size();
+    line.resize(head + 2 + qMax(0, entry.bytes.size() * 3 - 1) + 2);
+    char *o = line.data() + head;
+    *o++ = ' ';
+    *o++ = 'H';
+    for (int i = 0; i < entry.bytes.size(); ++i) {
+        const uchar c = uchar(entry.bytes.at(i));
+        *o++ = ' ';
+        *o++ = hex[c >> 4];
+        *o++ = hex[c & 15];
+    }
+    *o++ = '\n';
+    line.resize(int(o - line.data()));
+    return line;
 }
 
 bool CaptureLog::parseLine(const QByteArray &rawLine, QTextCodec *codec, Entry *entry)
