@@ -44,22 +44,12 @@ private slots:
         m_window.reset();
         LarkTest::cleanAppDirs();
     }
-    void entriesStandInTheToolsMenu();
     void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data();
     void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen();
     void flowControlAppliesAtOnceAndOnTheNextOpen_data();
     void flowControlAppliesAtOnceAndOnTheNextOpen();
     void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
 };
-
-void tst_LinkTools::entriesStandInTheToolsMenu()
-{
-    QStringList texts;
-    for (QAction *a : m_window->toolsMenu()->actions())
-        texts << a->text();
-    for (const char *t : {"开始记录…", "停止记录", "自动重连", "控制线"})
-        QVERIFY2(texts.contains(t), t);
-}
 
 void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
 {
@@ -100,9 +90,7 @@ static QString stty(const QString &path)
 
 void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen_data()
 {
-    QTest::addColumn<int>("index");
-    QTest::newRow("serial page") << 0;
-    QTest::newRow("PID page") << 3;
+    modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data();
 }
 
 void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen()

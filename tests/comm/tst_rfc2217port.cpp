@@ -105,11 +105,8 @@ void tst_Rfc2217Port::bytesCrossBothWaysAndTheBaudReachesTheServersPort()
 
 void tst_Rfc2217Port::aRefusedConnectionFailsTheOpenWithAReason()
 {
-    QTcpServer probe;
-    QVERIFY(probe.listen(QHostAddress::LocalHost));
-    const quint16 closed = probe.serverPort();
-    probe.close();
-    for (const QString &name : {QString("rfc2217://127.0.0.1:%1").arg(closed), QString("rfc2217://nohostport")}) {
+    // port 1 on loopback: nothing listens there without root
+    for (const QString &name : {QString("rfc2217://127.0.0.1:1"), QString("rfc2217://nohostport")}) {
         QextSerialPort port(name);
         QVERIFY(!port.open(QIODevice::ReadWrite));
         QVERIFY(!port.errorString().isEmpty());
