@@ -139,6 +139,15 @@ bool QextSerialPort::isRemote() const
     return m_remote && m_remote->isOpen();
 }
 
+bool QextSerialPort::clear()
+{
+    if (isRemote()) {
+        m_remote->purge(TelnetComPort::PurgeBoth);
+        return true;
+    }
+    return m_port->isOpen() && m_port->clear();
+}
+
 bool QextSerialPort::setDtr(bool on)
 {
     if (isRemote()) {

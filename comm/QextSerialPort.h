@@ -90,6 +90,8 @@ public:
     bool setRts(bool on);
     // whether the open port is a remote one
     bool isRemote() const;
+    // drops what waits in both directions, in the driver or on the remote server
+    bool clear();
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override;
