@@ -1,6 +1,7 @@
 #include "LarkPtyPair.h"
 #include "LarkTestCore.h"
 #include "QextSerialPort.h"
+#include "QtSerialPort.h"
 #include "Rfc2217Port.h"
 
 #include <QProcess>
@@ -19,6 +20,7 @@ private slots:
     void bytesCrossBothWaysAndTheBaudReachesTheServersPort_data();
     void bytesCrossBothWaysAndTheBaudReachesTheServersPort();
     void aRefusedConnectionFailsTheOpenWithAReason();
+    void thePidPagesPortOpensARemoteNameToo();
 
 private:
     QString serverBaud();
@@ -112,6 +114,22 @@ void tst_Rfc2217Port::aRefusedConnectionFailsTheOpenWithAReason()
         QVERIFY(!port.errorString().isEmpty());
         QVERIFY(!port.isOpen());
     }
+}
+
+void tst_Rfc2217Port::thePidPagesPortOpensARemoteNameToo()
+{
+    QtSerialPort port;
+    QSignalSpy read(&port, SIGNAL(bytesRead(QByteArray)));
+    port.open(QString("/dev/rfc2217://127.0.0.1:%1").arg(m_port), 230400, 8, 0, 0);
+    QVERIFY(port.isOpen());
+    QTRY_COMPARE(serverBaud(), QString("230400"));
+    port.writeBytes("\xff\x01");
+    QCOMPARE(m_pty.boardReadAtLeast(2), QByteArray("\xff\x01"));
+    QVERIFY(m_pty.boardWrite("\xff\x02"));
+    QVERIFY(read.wait());
+    QCOMPARE(read.at(0).at(0).toByteArray(), QByteArray("\xff\x02"));
+    port.close();
+    QVERIFY(!port.isOpen());
 }
 
 LARK_TEST_GUILESS_MAIN(tst_Rfc2217Port)
