@@ -1,6 +1,7 @@
 #include "LarkPtyPair.h"
 #include "LarkTest.h"
 #include "LinkTools.h"
+#include "CaptureWriter.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
@@ -15,6 +16,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTemporaryDir>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -49,6 +51,7 @@ private slots:
     void flowControlAppliesAtOnceAndOnTheNextOpen_data();
     void flowControlAppliesAtOnceAndOnTheNextOpen();
     void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
+    void theFileChosenForACaptureGetsTheExtensionOfItsKind();
 };
 
 void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
@@ -126,6 +129,23 @@ void tst_LinkTools::autoReconnectIsRememberedAndBringsTheNetworkClientToALateSer
     QTcpServer late;
     QVERIFY(late.listen(QHostAddress::LocalHost, port));
     QTRY_COMPARE_WITH_TIMEOUT(client->state(), QAbstractSocket::ConnectedState, 5000);
+}
+
+void tst_LinkTools::theFileChosenForACaptureGetsTheExtensionOfItsKind()
+{
+    QTemporaryDir dir;
+    for (const QString &filter : {QString("原始数据 (*.bin)"), QString("十六进制记录 (*.log)")}) {
+        LarkTest::answerNextFileDialog(dir.filePath("session"), filter);
+        QMetaObject::invokeMethod(m_window->linkTools(), "SltStartCapture");
+        CaptureWriter *writer = m_window->linkTools()->capture(0);
+        QVERIFY(writer->isRunning());
+        QCOMPARE(writer->currentPath(), dir.filePath(filter.startsWith("原始") ? "session.bin" : "session.log"));
+        writer->SltReceived("\x01");
+        writer->stop();
+        QFile f(writer->currentPath());
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QVERIFY(f.readAll().endsWith(filter.startsWith("原始") ? "\x01" : " H 01\n"));
+    }
 }
 
 LARK_TEST_MAIN(tst_LinkTools)
