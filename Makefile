@@ -33,7 +33,8 @@ DEBS = cmake g++ make pkg-config ccache \
        libqt5x11extras5-dev libxcb1-dev \
        libqcustomplot-dev okteta-dev libbenchmark-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
-       xvfb xauth imagemagick socat nginx-light
+       xvfb xauth imagemagick socat nginx-light \
+       ser2net
 # only the benchmarks need these: two desktop hex editors and a terminal timed for
 # comparison
 BENCH_DEBS = okteta ghex xdotool putty

@@ -20,6 +20,7 @@
 #include "PidDebugWidget.h"
 #include "QSerialPorCheck.h"
 #include "SerialportWidget.h"
+#include "LinkTools.h"
 #include "ToolsMenu.h"
 
 #include <QAction>
@@ -27,6 +28,7 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -143,6 +145,12 @@ void MainWindow::AddSystemMenu()
     btnTools->setMenu(m_toolsMenu);
     layout->addWidget(btnTools);
     AddEditorTools();
+    // capture, reopen and control lines; a running capture shows in the status bar
+    QLabel *labCapture = new QLabel(m_statusBar);
+    labCapture->setObjectName("labCapture");
+    if (QBoxLayout *bar = qobject_cast<QBoxLayout *>(m_statusBar->layout()))
+        bar->insertWidget(1, labCapture);
+    m_linkTools = new LinkTools(m_toolsMenu, m_stackedWidget, labCapture, this);
 
     QPushButton *btnSettings = new QPushButton("设置", this);
     btnSettings->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xE63B), 12, 16, 16)));

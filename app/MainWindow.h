@@ -11,6 +11,7 @@ class QtTabBar;
 class QtTitleBar;
 class QtWaitDialog;
 class QtWidgetBase;
+class LinkTools;
 class ToolsMenu;
 
 // The one top-level window: title bar, tab bar, the stack of the five tool pages and
@@ -35,6 +36,7 @@ public:
     QtTabBar *tabBar() const { return m_tabBar; }
     QtTitleBar *titleBar() const { return m_titleBar; }
     ToolsMenu *toolsMenu() const { return m_toolsMenu; }
+    LinkTools *linkTools() const { return m_linkTools; }
 
 public slots:
     void SltTabBarClicked(int index);
@@ -62,6 +64,7 @@ private:
     QtWaitDialog *m_waitDialog = nullptr;
     QtMessageTip *m_messageTip = nullptr;
     ToolsMenu *m_toolsMenu = nullptr;
+    LinkTools *m_linkTools = nullptr;
 };
 
 #endif // MAINWINDOW_H

@@ -1,4 +1,5 @@
 #include "QextSerialPort.h"
+#include "Rfc2217Port.h"
 
 #include <QDebug>
 #include <QSerialPort>
@@ -89,6 +90,8 @@ bool QextSerialPort::open(OpenMode mode)
         return false;
     if (mode == NotOpen)
         return false;
+    if (!Rfc2217Port::remoteName(m_portName).isEmpty())
+        return openRemote();
     m_port->setPortName(m_portName);
     // Always read-write: the pages send and receive on the same port.
     if (!m_port->open(QIODevice::ReadWrite)) {
@@ -101,8 +104,79 @@ bool QextSerialPort::open(OpenMode mode)
     return true;
 }
 
+bool QextSerialPort::openRemote()
+{
+    if (!m_remote) {
+        m_remote = new Rfc2217Port(this);
+        connect(m_remote, SIGNAL(readyRead()), this, SIGNAL(readyRead()));
+        connect(m_remote, SIGNAL(bytesWritten(qint64)), this, SIGNAL(bytesWritten(qint64)));
+    }
+    m_remote->setPortName(m_portName);
+    applyRemoteSettings();
+    if (!m_remote->open(QIODevice::ReadWrite)) {
+        setErrorString(m_remote->errorString());
+        return false;
+    }
+    QIODevice::open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    return true;
+}
+
+void QextSerialPort::applyRemoteSettings()
+{
+    const quint8 parity[] = {TelnetComPort::ParityNone, TelnetComPort::ParityOdd, TelnetComPort::ParityEven,
+                             TelnetComPort::ParitySpace, TelnetComPort::ParityMark};
+    const quint8 flow[] = {TelnetComPort::FlowNone, TelnetComPort::FlowHardware, TelnetComPort::FlowXonXoff};
+    m_remote->setBaudRate(quint32(m_settings.BaudRate));
+    m_remote->setDataBits(int(m_settings.DataBits));
+    m_remote->setParity(parity[m_settings.Parity]);
+    m_remote->setStopBits(m_settings.StopBits == STOP_2 ? 2 : 1);
+    m_remote->setFlowControl(flow[m_settings.FlowControl]);
+}
+
+bool QextSerialPort::isRemote() const
+{
+    return m_remote && m_remote->isOpen();
+}
+
+bool QextSerialPort::clear()
+{
+    if (isRemote()) {
+        m_remote->purge(TelnetComPort::PurgeBoth);
+        return true;
+    }
+    return m_port->isOpen() && m_port->clear();
+}
+
+bool QextSerialPort::setDtr(bool on)
+{
+    if (isRemote()) {
+        m_remote->setDtr(on);
+        return true;
+    }
+    if (!m_port->isOpen())
+        return false;
+    const bool ok = m_port->setDataTerminalReady(on);
+    m_port->clearError();
+    return ok;
+}
+
+bool QextSerialPort::setRts(bool on)
+{
+    if (isRemote()) {
+        m_remote->setRts(on);
+        return true;
+    }
+    if (!m_port->isOpen())
+        return false;
+    const bool ok = m_port->setRequestToSend(on);
+    m_port->clearError();
+    return ok;
+}
+
 void QextSerialPort::close()
 {
+    if (m_remote)
+        m_remote->close();
     if (m_port->isOpen())
         m_port->close();
     if (isOpen())
@@ -111,11 +185,15 @@ void QextSerialPort::close()
 
 qint64 QextSerialPort::bytesAvailable() const
 {
+    if (isRemote())
+        return m_remote->bytesAvailable() + QIODevice::bytesAvailable();
     return m_port->bytesAvailable() + QIODevice::bytesAvailable();
 }
 
 qint64 QextSerialPort::readData(char *data, qint64 maxSize)
 {
+    if (m_remote && m_remote->bytesAvailable() > 0)
+        return m_remote->read(data, maxSize);
     if (!m_port->isOpen())
         return 0;
     return m_port->read(data, maxSize);
@@ -123,6 +201,8 @@ qint64 QextSerialPort::readData(char *data, qint64 maxSize)
 
 qint64 QextSerialPort::writeData(const char *data, qint64 maxSize)
 {
+    if (isRemote())
+        return m_remote->write(data, maxSize);
     if (!m_port->isOpen())
         return -1;
     return m_port->write(data, maxSize);
@@ -157,6 +237,9 @@ void QextSerialPort::SltPortError(QSerialPort::SerialPortError error)
 // never fatal. A closed port takes the set when it opens.
 void QextSerialPort::applySettings()
 {
+    // a remote port takes the settings whether or not it is open: they go with the open
+    if (isRemote())
+        applyRemoteSettings();
     if (!m_port->isOpen())
         return;
     m_port->setBaudRate(int(m_settings.BaudRate));

@@ -11,6 +11,11 @@
 // itself is done by a QSerialPort; what this class adds is the Linux rule set of the
 // settings (only the termios speeds are accepted, 5 data bits never go with 2 stop
 // bits), refusals being console warnings that keep the previous value.
+//
+// A name holding "rfc2217://HOST:PORT" (also behind the pages' "/dev/" prefix) opens a
+// remote port over the network instead (Rfc2217Port); every setting goes there.
+class Rfc2217Port;
+
 class QextSerialPort : public QIODevice
 {
     Q_OBJECT
@@ -78,6 +83,16 @@ public:
 
     static bool isSupportedBaudRate(int rate);
 
+    // Modem control lines of the open port. False when there is no open port or the
+    // device refused (a pseudo-terminal has no modem lines); the open port is not
+    // affected either way.
+    bool setDtr(bool on);
+    bool setRts(bool on);
+    // whether the open port is a remote one
+    bool isRemote() const;
+    // drops what waits in both directions, in the driver or on the remote server
+    bool clear();
+
 protected:
     qint64 readData(char *data, qint64 maxSize) override;
     qint64 writeData(const char *data, qint64 maxSize) override;
@@ -87,11 +102,14 @@ private slots:
 
 private:
     void applySettings();
+    bool openRemote();
+    void applyRemoteSettings();
 
     QueryMode m_queryMode;
     QString m_portName;
     PortSettings m_settings;
     QSerialPort *m_port;
+    Rfc2217Port *m_remote = nullptr;
 };
 
 #endif // QEXTSERIALPORT_H

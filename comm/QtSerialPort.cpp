@@ -1,4 +1,5 @@
 #include "QtSerialPort.h"
+#include "Rfc2217Port.h"
 
 #include <QDebug>
 #include <QGuiApplication>
@@ -33,10 +34,14 @@ QtSerialPort::~QtSerialPort()
     // with it, so no readyRead can reach a half-destroyed wrapper
     if (m_serialport && m_serialport->isOpen())
         m_serialport->close();
+    if (m_remote)
+        m_remote->close();
 }
 
 bool QtSerialPort::isOpen()
 {
+    if (m_remote && m_remote->isOpen())
+        return true;
     if (!m_serialport)
         return false;
     return m_serialport->isOpen();
@@ -46,6 +51,8 @@ QString QtSerialPort::errorString()
 {
     if (!m_serialport)
         return "串口未初始化！~";
+    if (m_remote && !m_remote->errorString().isEmpty() && !m_serialport->isOpen())
+        return m_remote->errorString();
     return m_serialport->errorString();
 }
 
@@ -53,6 +60,8 @@ QString QtSerialPort::portName() const
 {
     if (!m_serialport)
         return "null";
+    if (m_remote && m_remote->isOpen())
+        return m_remote->portName();
     return m_serialport->portName();
 }
 
@@ -60,7 +69,13 @@ void QtSerialPort::open(QString portName, int baudRate, int dataBits, int stopBi
 {
     if (m_serialport->isOpen())
         m_serialport->close();
+    if (m_remote)
+        m_remote->close();
 
+    if (!Rfc2217Port::remoteName(portName).isEmpty()) {
+        openRemote(portName, baudRate, dataBits, stopBits, parity);
+        return;
+    }
     m_serialport->setPortName(portName);
     m_serialport->setBaudRate(baudRate, QSerialPort::AllDirections);
     m_serialport->setDataBits(static_cast<QSerialPort::DataBits>(dataBits));
@@ -73,6 +88,7 @@ void QtSerialPort::open(QString portName, int baudRate, int dataBits, int stopBi
         stop = static_cast<QSerialPort::StopBits>(stopBits);
     m_serialport->setStopBits(stop);
     m_serialport->setParity(static_cast<QSerialPort::Parity>(parity));
+    m_serialport->setFlowControl(static_cast<QSerialPort::FlowControl>(m_flow));
 
     // QSerialPort reports failed DTR/RTS or line-setting ioctls (ptys refuse some of
     // them) through errorOccurred only; the open itself decides success
@@ -80,8 +96,69 @@ void QtSerialPort::open(QString portName, int baudRate, int dataBits, int stopBi
         beep();
 }
 
+void QtSerialPort::openRemote(const QString &portName, int baudRate, int dataBits, int stopBits, int parity)
+{
+    if (!m_remote) {
+        m_remote = new Rfc2217Port(this);
+        connect(m_remote, SIGNAL(readyRead()), this, SLOT(SltReadFromSerialport()));
+    }
+    // QSerialPort's parity values: 0 none, 2 even, 3 odd, 4 space, 5 mark
+    quint8 p = TelnetComPort::ParityNone;
+    switch (parity) {
+    case 2: p = TelnetComPort::ParityEven; break;
+    case 3: p = TelnetComPort::ParityOdd; break;
+    case 4: p = TelnetComPort::ParitySpace; break;
+    case 5: p = TelnetComPort::ParityMark; break;
+    }
+    const quint8 flow[] = {TelnetComPort::FlowNone, TelnetComPort::FlowHardware, TelnetComPort::FlowXonXoff};
+    m_remote->setPortName(portName);
+    m_remote->setBaudRate(quint32(baudRate));
+    m_remote->setDataBits(dataBits);
+    m_remote->setParity(p);
+    m_remote->setStopBits(stopBits == 0 ? 1 : stopBits == 1 ? 3 : 2);
+    m_remote->setFlowControl(flow[qBound(0, m_flow, 2)]);
+    if (!m_remote->open(QIODevice::ReadWrite))
+        beep();
+}
+
+bool QtSerialPort::setDtr(bool on)
+{
+    if (m_remote && m_remote->isOpen()) {
+        m_remote->setDtr(on);
+        return true;
+    }
+    const bool ok = m_serialport->isOpen() && m_serialport->setDataTerminalReady(on);
+    m_serialport->clearError();
+    return ok;
+}
+
+bool QtSerialPort::setRts(bool on)
+{
+    if (m_remote && m_remote->isOpen()) {
+        m_remote->setRts(on);
+        return true;
+    }
+    const bool ok = m_serialport->isOpen() && m_serialport->setRequestToSend(on);
+    m_serialport->clearError();
+    return ok;
+}
+
+void QtSerialPort::setFlowControl(int flow)
+{
+    m_flow = flow;
+    const quint8 remote[] = {TelnetComPort::FlowNone, TelnetComPort::FlowHardware, TelnetComPort::FlowXonXoff};
+    if (m_remote && m_remote->isOpen())
+        m_remote->setFlowControl(remote[qBound(0, flow, 2)]);
+    if (m_serialport->isOpen()) {
+        m_serialport->setFlowControl(static_cast<QSerialPort::FlowControl>(flow));
+        m_serialport->clearError();
+    }
+}
+
 void QtSerialPort::close()
 {
+    if (m_remote)
+        m_remote->close();
     // a frame written just before closing (the page's stop command) would be dropped
     // with QSerialPort's write buffer otherwise
     if (m_serialport->isOpen())
@@ -93,12 +170,16 @@ void QtSerialPort::writeBytes(QByteArray data)
 {
     if (!m_serialport)
         return;
+    if (m_remote && m_remote->isOpen()) {
+        m_remote->write(data);
+        return;
+    }
     if (m_serialport->write(data) == -1)
         qWarning() << "Write data failed:" << m_serialport->errorString();
 }
 
 void QtSerialPort::SltReadFromSerialport()
 {
-    const QByteArray data = m_serialport->readAll();
+    const QByteArray data = (m_remote && m_remote->bytesAvailable() > 0) ? m_remote->readAll() : m_serialport->readAll();
     emit bytesRead(data);
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QSerialPort;
+class Rfc2217Port;
 
 // The PID page's port: a thin wrapper round QSerialPort with the operation names of
 // QtIODevice. Received bytes are passed on as they come, with no framing.
@@ -21,6 +22,11 @@ public:
     bool isOpen();
     QString errorString();
     QString portName() const;
+    // modem control lines of the open port; false when refused (a pseudo-terminal)
+    bool setDtr(bool on);
+    bool setRts(bool on);
+    // 0 none, 1 RTS/CTS, 2 XON/XOFF; kept for the next open, applied now if open
+    void setFlowControl(int flow);
 
 public slots:
     // stopBits: 0 one, 1 one and a half, anything else as QSerialPort::StopBits;
@@ -34,7 +40,11 @@ signals:
     void bytesRead(QByteArray byData);
 
 private:
+    void openRemote(const QString &portName, int baudRate, int dataBits, int stopBits, int parity);
+
     QSerialPort *m_serialport;
+    Rfc2217Port *m_remote = nullptr;
+    int m_flow = 0;
 };
 
 #endif // QTSERIALPORT_H

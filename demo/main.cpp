@@ -2,9 +2,11 @@
 // screenshot a page in each skin. Started by scripts/demo.sh (`make demo`).
 //   larkdemo LARKSIM OUTDIR
 #include "CameraDebugWidget.h"
+#include "CaptureWriter.h"
 #include "HexEditWidget.h"
 #include "HexFindBar.h"
 #include "ImageFormatConfig.h"
+#include "LinkTools.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
@@ -15,6 +17,7 @@
 #include "QtTabBar.h"
 #include "SerialportWidget.h"
 #include "TcpServer.h"
+#include "ToolsMenu.h"
 #include "UiSkin.h"
 
 #include <Okteta/AbstractByteArrayModel>
@@ -157,6 +160,33 @@ void showEditor(HexEditWidget *page)
     page->SltFind(false);
 }
 
+// the serial page capturing to a log, and the 工具 menu open over it: a popup is a
+// window of its own, so the screen is grabbed rather than the main window
+void shootCaptureAndTools(MainWindow &window, const QDir &out, const QString &skin, int *saved)
+{
+    window.tabBar()->setCurrentIndex(0);
+    window.SltTabBarClicked(0);
+    LinkTools *tools = window.linkTools();
+    tools->startCapture(0, out.filePath(QString("demo-%1-capture.log").arg(skin)), false);
+    settle(1500);
+    const QString capture = out.filePath(QString("demo-%1-capture.png").arg(skin));
+    if (window.grab().save(capture)) {
+        printf("%s\n", qPrintable(capture));
+        ++*saved;
+    }
+    const QString menu = out.filePath(QString("demo-%1-tools.png").arg(skin));
+    QTimer::singleShot(800, [&window, menu, saved] {
+        const QRect r = window.frameGeometry();
+        if (QGuiApplication::primaryScreen()->grabWindow(0, r.x(), r.y(), r.width(), r.height()).save(menu)) {
+            printf("%s\n", qPrintable(menu));
+            ++*saved;
+        }
+        window.toolsMenu()->close();
+    });
+    window.findChild<QPushButton *>("btnTools")->showMenu();
+    tools->capture(0)->stop();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -201,6 +231,7 @@ int main(int argc, char *argv[])
                 ++saved;
             }
         }
+        shootCaptureAndTools(window, out, skin == 0 ? "dark" : "white", &saved);
         for (auto &p : g_boards) {
             p->terminate();
             p->waitForFinished(3000);
@@ -208,5 +239,5 @@ int main(int argc, char *argv[])
         g_boards.clear();
         settle(200);
     }
-    return saved == 2 * pages.size() ? 0 : 1;
+    return saved == 2 * (pages.size() + 2) ? 0 : 1;
 }

@@ -536,6 +536,19 @@ void CameraDebugWidget::setStatus(bool bOpen, const QString &btnText, QString me
     emit signalNotify(message, 0);
 }
 
+bool CameraDebugWidget::reopenPort(const QString &path)
+{
+    if (!m_serialPort->isOpen()) {
+        // the link box lists serial ports by their short names among the network modes
+        const int index = m_cbxProtocol->findText(path.mid(5), Qt::MatchContains);
+        if (index < 0)
+            return false;
+        m_cbxProtocol->setCurrentIndex(index);
+        SltBtnOpenClicked();
+    }
+    return m_serialPort->isOpen();
+}
+
 void CameraDebugWidget::SltBtnOpenClicked()
 {
     const NetLinkSet::Kind kind = NetLinkSet::kind(m_cbxProtocol->currentIndex());

@@ -64,6 +64,9 @@ public:
     QTcpSocket *tcpClient() const { return m_tcpClient; }
     QUdpSocket *udpSocket() const { return m_udpSocket; }
     QextSerialPort *serialPort() const { return m_serialPort; }
+    // opens the port at path ("/dev/…") with the settings the page shows, as its open
+    // button would; true when the port is open afterwards
+    bool reopenPort(const QString &path);
     const s_img_format &imageFormat(int slot) const { return m_imgFormat[slot & 1]; }
     quint32 frameCount() const { return m_nFrameCount; }
     qint64 recvBytes() const { return m_nRecvBytes; }

@@ -363,6 +363,15 @@ void PidDebugWidget::SltReplotFrame()
     m_customPlot->replot(QCustomPlot::rpQueuedReplot);
 }
 
+bool PidDebugWidget::reopenPort(const QString &path)
+{
+    if (!m_serialPort->isOpen()) {
+        m_cbxPortName->setCurrentText(path.mid(5));
+        SltOpenSerialport();
+    }
+    return m_serialPort->isOpen();
+}
+
 void PidDebugWidget::SltOpenSerialport()
 {
     if (m_serialPort->isOpen()) {

@@ -47,6 +47,9 @@ public:
 
     QCustomPlot *customPlot() const { return m_customPlot; }
     QtSerialPort *serialPort() const { return m_serialPort; }
+    // opens the port at path ("/dev/…") with the settings the page shows, as its open
+    // button would; true when the port is open afterwards
+    bool reopenPort(const QString &path);
 
 signals:
     void signalNotify(QString text, int level);

@@ -164,6 +164,15 @@ void SerialportWidget::clearRecv()
     m_terminal->clearTerminal();
 }
 
+bool SerialportWidget::reopenPort(const QString &path)
+{
+    if (!m_serialport->isOpen()) {
+        m_cbxPort->setCurrentText(path.mid(5));
+        SltOpenSerialport();
+    }
+    return m_serialport->isOpen();
+}
+
 void SerialportWidget::SltOpenSerialport()
 {
     if (m_serialport->isOpen()) {

@@ -51,6 +51,9 @@ public:
     void saveDataToFile(const QString &fileName);
 
     QextSerialPort *serialport() const { return m_serialport; }
+    // opens the port at path ("/dev/…") with the settings the page shows, as its open
+    // button would; true when the port is open afterwards
+    bool reopenPort(const QString &path);
     QtTerminalWidget *terminal() const { return m_terminal; }
     QtRecvViewFeeder *recvFeeder() const { return m_recvFeeder; }
     QtSendBoxWidget *sendBox() const { return m_sendBox; }
