@@ -31,6 +31,8 @@ public:
     QtTabBar *tabBar() const { return m_tabBar; }
     QtTitleBar *titleBar() const { return m_titleBar; }
     ToolsMenu *toolsMenu() const { return m_toolsMenu; }
+    // the tab titles, in page order
+    static QStringList pageTitles();
 
 public slots:
     void SltTabBarClicked(int index);
@@ -39,6 +41,8 @@ public slots:
     void SltActionTrigger(QAction *action);
     void SltAboutMenuTrigger(QAction *action);
     void SltBtnHelpClicked();
+    // a plot of the shown page's link, beside the page
+    void SltOpenPlot();
     void closeApp();
 
 private:

@@ -36,7 +36,9 @@ QString SimCommandLine::helpText(const QString &command)
                        "A board that prints lines, counters or binary bursts.\n\nEndpoints:\n")
                + s_endpointHelp
                + "Options:\n"
-                 "  --kind lines|counter|binary   what is sent (default lines)\n"
+                 "  --kind lines|counter|binary|csv|named|frame   what is sent (default lines);\n"
+                 "                         csv and named are lines of numbers to plot, frame the\n"
+                 "                         binary frame of plot-examples/larksim_sensor.json\n"
                  "  --encoding gb18030|utf8       text encoding of lines (default gb18030)\n"
                  "  --lines-per-s N        lines or bursts a second (default 10; 0: none)\n"
                  "  --rate BYTES_PER_S     pace by bytes instead\n"
@@ -164,9 +166,10 @@ bool SimCommandLine::parse(const QStringList &args)
             camera.verbose = true;
         } else if (command == "text" && a == "--kind") {
             const QString k = hasValue ? args.at(++i) : QString();
-            if (k != "lines" && k != "counter" && k != "binary")
-                return fail("--kind needs lines, counter or binary");
-            text.kind = k == "lines" ? TextSource::Lines : k == "counter" ? TextSource::Counter : TextSource::Binary;
+            const int kind = TextSource::kindNames().indexOf(k);
+            if (kind < 0)
+                return fail("--kind needs " + TextSource::kindNames().join(", "));
+            text.kind = TextSource::Kind(kind);
         } else if (command == "text" && a == "--encoding") {
             const QString e = hasValue ? args.at(++i).toLower() : QString();
             if (e != "gb18030" && e != "utf8" && e != "utf-8")

@@ -1,0 +1,116 @@
+#include "../sim/SimProcess.h"
+#include "LarkTest.h"
+#include "LinkTap.h"
+#include "PlotWindow.h"
+
+#include <QProcess>
+#include <QPushButton>
+#include <QSerialPort>
+#include <QTemporaryDir>
+#include <QUdpSocket>
+#include <QNetworkDatagram>
+#include <qcustomplot.h>
+
+#include <cmath>
+
+// The window as a page gives it its link: a LinkTap that the test feeds from a real
+// link to larksim, a pty read by QSerialPort or a loopback UDP socket.
+class tst_PlotWindow : public QObject
+{
+    Q_OBJECT
+
+    // the CSV the window exports, checked by python: columns, rows, times never going back
+    static QString exportSummary(PlotWindow &w)
+    {
+        QTemporaryDir dir;
+        QString error, written;
+        if (!w.exportCsv(dir.filePath("plot"), &error, &written))
+            return error;
+        QProcess py;
+        py.start("python3", {"-c", "import csv,sys\nrows=list(csv.reader(open(sys.argv[1],encoding='utf-8')))\n"
+                                   "t=[float(r[0]) for r in rows[1:]]\n"
+                                   "print(len(rows[0]), len(rows)-1, all(a<=b for a,b in zip(t,t[1:])), set(len(r) for r in rows))",
+                             written});
+        py.waitForFinished(10000);
+        return QString::fromUtf8(py.readAllStandardOutput()).trimmed();
+    }
+
+private slots:
+    void csvLinesFromLarksimOverAPtyArePlottedAndExported()
+    {
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400", "--count", "60"}));
+        const QString pty = sim.ptyName();
+        QVERIFY(!pty.isEmpty());
+        LinkTap tap;
+        QSerialPort port(pty);
+        QVERIFY(port.open(QIODevice::ReadWrite));
+        connect(&port, &QSerialPort::readyRead, [&] { tap.reportReceived(port.readAll()); });
+        PlotWindow w(&tap, "plot");
+        w.show();
+        QTRY_COMPARE_WITH_TIMEOUT(w.store().totalRows(), qint64(60), 10000);
+        QCOMPARE(w.textParser().badLines(), qint64(0));
+        QCOMPARE(w.store().channelCount(), 3);
+        QCOMPARE(w.store().value(2, 59), 59.0);
+        // the plot catches up, then nothing is left to do while the link is quiet
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.plot()->graph(2)->dataCount(), 60);
+        QCOMPARE(exportSummary(w), QString("4 60 True {4}"));
+    }
+
+    void sensorFramesFromLarksimOverUdpArePlotted()
+    {
+        QUdpSocket socket;
+        QVERIFY(socket.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        LinkTap tap;
+        connect(&socket, &QUdpSocket::readyRead, [&] {
+            while (socket.hasPendingDatagrams())
+                tap.reportReceived(socket.receiveDatagram().data());
+        });
+        PlotWindow w(&tap, "plot");
+        QString error;
+        QVERIFY2(w.loadDefinition(QFINDTESTDATA("../../plot/examples/larksim_sensor.json"), &error), qPrintable(error));
+        w.setMode(PlotWindow::BinaryFrames);
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--kind", "frame", "--udp", QString("127.0.0.1:%1").arg(socket.localPort()),
+                           "--lines-per-s", "400", "--count", "50"}));
+        QTRY_COMPARE_WITH_TIMEOUT(w.frameParser().counts().good, qint64(50), 10000);
+        QCOMPARE(w.frameParser().counts().badChecksum + w.frameParser().counts().dropped, qint64(0));
+        QCOMPARE(w.store().names(), QStringList({"counter", "sine", "cosine", "temp"}));
+        QCOMPARE(w.store().value(0, 49), 49.0);
+        QCOMPARE(w.store().value(1, 20), std::lround(1000 * std::sin(20 * 0.05)) / 1000.0);
+        QCOMPARE(exportSummary(w), QString("5 50 True {5}"));
+    }
+
+    void pausedPlotKeepsRecordingAndCatchesUpOnResume()
+    {
+        LinkTap tap;
+        PlotWindow w(&tap, "plot");
+        tap.reportReceived("1,2\n");
+        QTRY_COMPARE(w.redraws(), qint64(1));
+        LarkTest::click(&w, "btnPlotPause");
+        tap.reportReceived("3,4\n5,6\n");
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.store().rows(), 3);
+        QCOMPARE(w.redraws(), qint64(1));
+        QCOMPARE(w.plot()->graph(0)->dataCount(), 1);
+        QCOMPARE(exportSummary(w), QString("3 3 True {3}"));
+        LarkTest::click(&w, "btnPlotPause");
+        QTRY_COMPARE(w.plot()->graph(0)->dataCount(), 3);
+    }
+
+    void oneWindowPerTap()
+    {
+        LinkTap a, b;
+        PlotWindow *wa = PlotWindow::showFor(&a, "a");
+        QCOMPARE(PlotWindow::showFor(&a, "a"), wa);
+        PlotWindow *wb = PlotWindow::showFor(&b, "b");
+        QVERIFY(wb != wa);
+        wa->close();
+        wb->close();
+        QTRY_VERIFY(PlotWindow::showFor(&a, "a") != nullptr);
+    }
+};
+
+LARK_TEST_MAIN(tst_PlotWindow)
+#include "tst_plotwindow.moc"
