@@ -82,6 +82,30 @@ private slots:
         QCOMPARE(exportSummary(w), QString("5 50 True {5}"));
     }
 
+    // the shipped PID definition read against the PID board itself, started by a frame
+    // built from that same definition
+    void pidBoardFramesMatchTheShippedPidDefinition()
+    {
+        SimProcess sim;
+        QVERIFY(sim.start({"pid", "--pty"}));
+        const QString pty = sim.ptyName();
+        QVERIFY(!pty.isEmpty());
+        LinkTap tap;
+        QSerialPort port(pty);
+        QVERIFY(port.open(QIODevice::ReadWrite));
+        connect(&port, &QSerialPort::readyRead, [&] { tap.reportReceived(port.readAll()); });
+        PlotWindow w(&tap, "plot");
+        QString error;
+        QVERIFY2(w.loadDefinition(QFINDTESTDATA("../../plot/examples/larksim_pid.json"), &error), qPrintable(error));
+        w.setMode(PlotWindow::BinaryFrames);
+        port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
+        QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
+        const PlotFrameParser::Counts n = w.frameParser().counts();
+        QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
+        QCOMPARE(w.store().value(0, w.store().rows() - 1), 2.0);
+        QCOMPARE(w.store().value(1, w.store().rows() - 1), 2.0); // actual value reports
+    }
+
     void pausedPlotKeepsRecordingAndCatchesUpOnResume()
     {
         LinkTap tap;
