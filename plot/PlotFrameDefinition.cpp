@@ -174,10 +174,11 @@ void PlotFrameDefinition::writeValue(ValueType type, bool bigEndian, double valu
 
 QByteArray PlotFrameDefinition::hexToBytes(const QString &text, bool *ok)
 {
+    static const QRegularExpression prefixes("0[xX]"), spacing("[\\s,]"), hex("^[0-9A-Fa-f]*$");
     QString digits = text;
-    digits.remove(QRegularExpression("0[xX]")).remove(QRegularExpression("[\\s,]"));
+    digits.remove(prefixes).remove(spacing);
     const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
-    *ok = digits.size() % 2 == 0 && digits.contains(QRegularExpression("^[0-9A-Fa-f]*$"));
+    *ok = digits.size() % 2 == 0 && hex.match(digits).hasMatch();
     return *ok ? bytes : QByteArray();
 }
 
@@ -229,8 +230,14 @@ QString PlotFrameDefinition::validate() const
     }
     if (checkFrom < 0 || checkAt < -1)
         return "校验的起点和位置不能为负";
-    if (ck > 0 && checkAt >= 0 && checkFrom > checkAt)
-        return "校验范围的起点在校验值之后";
+    if (ck > 0) {
+        const int room = lengthMode == FixedLength ? fixedLength : maxLength;
+        const int at = checkAt >= 0 ? checkAt : room - end.size() - ck;
+        if (checkFrom > at)
+            return "校验范围的起点在校验值之后";
+        if (checkAt >= 0 && checkAt + ck > room)
+            return "校验值的位置超出了帧长";
+    }
     if (channels.isEmpty() || channels.size() > MaxChannels)
         return QString("通道数应在 1 到 %1 之间").arg(MaxChannels);
     for (int i = 0; i < channels.size(); ++i) {
