@@ -20,7 +20,7 @@ void PlotSampleStore::clear()
     m_nIgnored = 0;
 }
 
-void PlotSampleStore::append(double t, const PlotBatch &batch)
+void PlotSampleStore::append(double from, double t, const PlotBatch &batch)
 {
     const double none = std::numeric_limits<double>::quiet_NaN();
     const int records = batch.records();
@@ -28,7 +28,8 @@ void PlotSampleStore::append(double t, const PlotBatch &batch)
         return;
     const int base = m_times.size();
     m_times.resize(base + records);
-    std::fill(m_times.begin() + base, m_times.end(), t);
+    for (int r = 0; r < records; ++r)
+        m_times[base + r] = t - (t - from) * (records - 1 - r) / records;
     for (QVector<double> &col : m_columns)
         col.resize(base + records), std::fill(col.begin() + base, col.end(), none);
     int pair = 0;

@@ -25,7 +25,9 @@ public:
     QString name(int channel) const;
 
     // every record of the batch, at time t
-    void append(double t, const PlotBatch &batch);
+    void append(double t, const PlotBatch &batch) { append(t, t, batch); }
+    // the records evenly after `from`, the last one at t
+    void append(double from, double t, const PlotBatch &batch);
     void clear();
 
     int capacity() const { return m_capacity; }

@@ -42,7 +42,7 @@ PlotTextParser::PlotTextParser(QTextCodec *codec)
 void PlotTextParser::reset()
 {
     m_pending.clear();
-    m_bLastCr = m_bOverlong = false;
+    m_bOverlong = false;
     m_names.clear();
     m_byName.clear();
     m_positional.clear();
@@ -53,10 +53,8 @@ void PlotTextParser::feed(const QByteArray &bytes, PlotBatch &out)
 {
     const char *p = bytes.constData();
     const char *end = p + bytes.size();
-    // the LF of a CR LF whose CR ended the previous chunk
-    if (m_bLastCr && p < end && *p == '\n')
-        ++p;
-    m_bLastCr = false;
+    // a CR LF split between two reads ends the line at the CR and leaves an empty line,
+    // which is skipped like every empty line
     while (p < end) {
         const char *nl = p;
         while (nl < end && *nl != '\n' && *nl != '\r')
@@ -81,12 +79,8 @@ void PlotTextParser::feed(const QByteArray &bytes, PlotBatch &out)
             parseLine(m_pending.constData(), m_pending.constData() + m_pending.size(), out);
             m_pending.resize(0);
         }
-        if (*nl == '\r') {
-            if (nl + 1 == end)
-                m_bLastCr = true;
-            else if (nl[1] == '\n')
-                ++nl;
-        }
+        if (*nl == '\r' && nl + 1 < end && nl[1] == '\n')
+            ++nl;
         p = nl + 1;
     }
 }

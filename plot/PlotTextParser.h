@@ -45,7 +45,6 @@ private:
     QTextCodec *m_codec;
     Separator m_separator = Auto;
     QByteArray m_pending;
-    bool m_bLastCr = false;
     bool m_bOverlong = false;
     QStringList m_names;
     QHash<QByteArray, int> m_byName;

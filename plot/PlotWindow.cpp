@@ -46,6 +46,8 @@ PlotWindow::PlotWindow(LinkTap *tap, const QString &title, QWidget *parent)
     , m_timerRedraw(new QTimer(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    // the skins' sheets give a top-level window of this name its background and text
+    setObjectName("MainWindow");
     setWindowTitle(title);
     resize(1000, 640);
     m_timerRedraw->setSingleShot(true);
@@ -237,8 +239,11 @@ void PlotWindow::SltReceived(const QByteArray &bytes)
         m_frameParser.feed(bytes, m_batch);
     }
     if (m_batch.records() > 0) {
-        m_lastTime = m_clock.nsecsElapsed() / 1e9;
-        m_store.append(m_lastTime, m_batch);
+        // the records of one read arrived together but were sent one after another:
+        // they are spread over the time since the previous read, at most MaxSpread
+        const double now = m_clock.nsecsElapsed() / 1e9;
+        m_store.append(qMax(m_lastTime, now - MaxSpread), now, m_batch);
+        m_lastTime = now;
         m_batch.clear();
     }
     // counts change even when no record came (garbage, bad lines)

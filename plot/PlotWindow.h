@@ -34,6 +34,7 @@ class PlotWindow : public QtMainWindow
 public:
     enum Mode { TextLines, BinaryFrames };
     static const int RedrawMs = 25;
+    static constexpr double MaxSpread = 0.25;
 
     PlotWindow(LinkTap *tap, const QString &title, QWidget *parent = nullptr);
     ~PlotWindow() override;

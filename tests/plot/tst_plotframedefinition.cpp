@@ -61,6 +61,7 @@ private slots:
         QTest::newRow("offset missing") << def(R"("start":"AA",)" + fixed + R"(,"channels":[{"type":"u8"}])") << "offset";
         QTest::newRow("channel past the frame") << def(R"("start":"AA",)" + fixed + R"(,"channels":[{"offset":3,"type":"u16"}])") << "超出了帧长";
         QTest::newRow("fixed too short") << def(R"("start":"AABB","length":{"bytes":2},"checksum":{"type":"crc8"},)" + ch) << "至少 3";
+        QTest::newRow("check past the frame") << def(R"("start":"AA","checksum":{"type":"crc8","at":4},)" + fixed + "," + ch) << "校验值的位置";
         QTest::newRow("length size 3") << def(R"("start":"AA","length":{"mode":"field","offset":1,"size":3},)" + ch) << "1、2 或 4";
         QTest::newRow("unknown check") << def(R"("start":"AA","checksum":{"type":"md5"},)" + fixed + "," + ch) << "md5";
         QTest::newRow("end mode without end") << def(R"("start":"AA","length":{"mode":"end"},)" + ch) << "结束标志";

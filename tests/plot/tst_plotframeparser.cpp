@@ -1,11 +1,13 @@
 #include "LarkTestCore.h"
 #include "PlotFrameParser.h"
 
+// a shipped example by file name, or a definition written out
 static PlotFrameDefinition example(const QString &name)
 {
     PlotFrameDefinition def;
     QString error;
-    if (!PlotFrameDefinition::load(QFINDTESTDATA("../../plot/examples/" + name), &def, &error))
+    if (name.startsWith('{') ? !PlotFrameDefinition::fromJson(name.toUtf8(), &def, &error)
+                             : !PlotFrameDefinition::load(QFINDTESTDATA("../../plot/examples/" + name), &def, &error))
         qWarning() << error;
     return def;
 }
@@ -55,6 +57,10 @@ private slots:
                                       << "2 good 1 bad 0 dropped 1";
         QTest::newRow("pid length too large") << "larksim_pid.json" << QByteArray::fromHex("4C41524B0100100000") + pidFrame
                                               << "2 good 1 bad 0 dropped 1";
+        QTest::newRow("end marker not yet come") << R"({"start":"24","end":"0D0A","length":{"mode":"end"},"channels":[{"offset":1}]})"
+                                                 << QByteArray("$\x05\r\n$\x07\r\n") << "5,7 good 2 bad 0 dropped 0";
+        QTest::newRow("unchecked length 0") << R"({"start":"AA","length":{"mode":"field","offset":1,"size":1},"channels":[{"offset":2}]})"
+                                            << QByteArray::fromHex("AA00AA0309") << "9 good 1 bad 0 dropped 1";
         QTest::newRow("frame not yet whole") << "larksim_pid.json" << pidFrame.left(14) << " good 0 bad 0 dropped 0";
     }
     void streamsAreCutAndCountedWhereverTheReadsSplitThem()
@@ -78,22 +84,27 @@ private slots:
     void builtFramesParseBackToTheirValues_data()
     {
         QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<int>("field"); // the length field's value, -1 for none
         const QByteArray ch = R"("channels":[{"offset":4,"type":"f64","endian":"big"},{"offset":12,"type":"i16","scale":0.5,"add":-3},)"
                               R"({"offset":14,"type":"u32","endian":"big"},{"offset":18,"type":"i8"},{"offset":19,"type":"f32"}])";
-        QTest::newRow("fixed, crc32 be inside") << R"({"start":"A5","length":{"bytes":28},"checksum":{"type":"crc32","from":1,"at":24,"endian":"big"},)" + ch + "}";
-        QTest::newRow("end marker, xor8") << R"({"start":"24","end":"0D0A","length":{"mode":"end"},"checksum":{"type":"xor8"},)" + ch + "}";
-        QTest::newRow("after field u16 be, crc8") << R"({"start":"7E","length":{"mode":"field","offset":1,"size":2,"endian":"big","counts":"after-field"},"checksum":{"type":"crc8"},)" + ch + "}";
-        QTest::newRow("payload u16, ccitt be, end") << R"({"start":"55AA","end":"FF","length":{"mode":"field","offset":2,"size":2,"counts":"payload"},"checksum":{"type":"crc16-ccitt","endian":"big"},)" + ch + "}";
-        QTest::newRow("frame u8, modbus") << R"({"start":"AB","length":{"mode":"field","offset":1,"size":1},"checksum":{"type":"crc16-modbus"},)" + ch + "}";
+        QTest::newRow("fixed, crc32 be inside") << R"({"start":"A5","length":{"bytes":28},"checksum":{"type":"crc32","from":1,"at":24,"endian":"big"},)" + ch + "}" << -1;
+        QTest::newRow("end marker, xor8") << R"({"start":"24","end":"0D0A","length":{"mode":"end"},"checksum":{"type":"xor8"},)" + ch + "}" << -1;
+        QTest::newRow("after field u16 be, crc8") << R"({"start":"7E","length":{"mode":"field","offset":1,"size":2,"endian":"big","counts":"after-field"},"checksum":{"type":"crc8"},)" + ch + "}" << 21;
+        QTest::newRow("payload u16, ccitt be, end") << R"({"start":"55AA","end":"FF","length":{"mode":"field","offset":2,"size":2,"counts":"payload"},"checksum":{"type":"crc16-ccitt","endian":"big"},)" + ch + "}" << 19;
+        QTest::newRow("frame u8, modbus") << R"({"start":"AB","length":{"mode":"field","offset":1,"size":1},"checksum":{"type":"crc16-modbus"},)" + ch + "}" << 25;
     }
     void builtFramesParseBackToTheirValues()
     {
         QFETCH(QByteArray, json);
+        QFETCH(int, field);
         PlotFrameDefinition def;
         QString error;
         QVERIFY2(PlotFrameDefinition::fromJson(json, &def, &error), qPrintable(error));
         const QVector<double> values{-1.25e300, 77.5, 4000000000.0, -128, 0.125};
         const QByteArray frame = def.buildFrame(values);
+        if (field >= 0)
+            QCOMPARE(int(PlotFrameDefinition::readUnsigned(def.lengthSize, def.lengthBigEndian,
+                                                           reinterpret_cast<const uchar *>(frame.constData()) + def.lengthOffset)), field);
         PlotFrameParser parser(def);
         PlotBatch batch;
         parser.feed(frame + frame, batch);

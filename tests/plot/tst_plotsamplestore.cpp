@@ -38,6 +38,16 @@ private slots:
         QCOMPARE(store.ignoredValues(), qint64(1));
         QCOMPARE(store.name(1), QString("CH2"));
     }
+
+    void recordsOfOneReadAreSpreadUpToItsTime()
+    {
+        PlotSampleStore store;
+        PlotBatch batch;
+        for (int i = 0; i < 4; ++i)
+            batch.add(0, i), batch.endRecord();
+        store.append(1.0, 2.0, batch);
+        QCOMPARE(store.times(), QVector<double>({1.25, 1.5, 1.75, 2.0}));
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(tst_PlotSampleStore)
