@@ -7,9 +7,11 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QSet>
 
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace {
 const char *const s_lengthModes[] = {"fixed", "field", "end"};
@@ -81,6 +83,42 @@ struct Reader {
         return e == "big";
     }
 };
+}
+
+// The first key that stands twice in one object, or a null string. A definition with
+// two "length" objects is a mistake worth naming; and Qt's JSON reader loses memory
+// when a key repeats whose first value is an object, so such a text never reaches it.
+static QString duplicateKey(const QByteArray &json)
+{
+    std::vector<std::pair<bool, QSet<QString>>> open; // (is an object, its keys)
+    const int n = json.size();
+    for (int i = 0; i < n; ++i) {
+        const char c = json.at(i);
+        if (c == '{' || c == '[') {
+            open.emplace_back(c == '{', QSet<QString>());
+        } else if ((c == '}' || c == ']') && !open.empty()) {
+            open.pop_back();
+        } else if (c == '"') {
+            int j = i + 1;
+            while (j < n && json.at(j) != '"')
+                j += json.at(j) == '\\' ? 2 : 1;
+            const QByteArray raw = json.mid(i, j + 1 - i);
+            i = j;
+            int k = j + 1;
+            while (k < n && (json.at(k) == ' ' || json.at(k) == '\t' || json.at(k) == '\n' || json.at(k) == '\r'))
+                ++k;
+            if (k >= n || json.at(k) != ':' || open.empty() || !open.back().first)
+                continue;
+            // "\u0061" and "a" are one key to the reader
+            const QString key = raw.contains('\\')
+                ? QJsonDocument::fromJson("[" + raw + "]").array().at(0).toString()
+                : QString::fromUtf8(raw.mid(1, raw.size() - 2));
+            if (open.back().second.contains(key))
+                return key;
+            open.back().second.insert(key);
+        }
+    }
+    return QString();
 }
 
 QStringList PlotFrameDefinition::typeNames()
@@ -287,6 +325,11 @@ QByteArray PlotFrameDefinition::toJson() const
 
 bool PlotFrameDefinition::fromJson(const QByteArray &json, PlotFrameDefinition *out, QString *error)
 {
+    const QString twice = duplicateKey(json);
+    if (!twice.isNull()) {
+        *error = QString("“%1”出现了两次").arg(twice);
+        return false;
+    }
     QJsonParseError perr;
     const QJsonDocument doc = QJsonDocument::fromJson(json, &perr);
     if (perr.error != QJsonParseError::NoError) {

@@ -53,6 +53,7 @@ private slots:
         const QByteArray fixed = R"("length":{"mode":"fixed","bytes":4})";
         auto def = [&](const QByteArray &body) { return "{" + body + "}"; };
         QTest::newRow("not json") << QByteArray("{\"start\":") << "不是有效的 JSON";
+        QTest::newRow("key twice") << def(R"("start":"AA","length":{"bytes":4},"l\u0065ngth":{"bytes":5},)" + ch) << "“length”出现了两次";
         QTest::newRow("not an object") << QByteArray("[1]") << "JSON 对象";
         QTest::newRow("no channels") << def(R"("start":"AA",)" + fixed) << "channels";
         QTest::newRow("start not hex") << def(R"("start":"GG",)" + fixed + "," + ch) << "start";
