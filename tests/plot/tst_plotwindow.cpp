@@ -13,6 +13,21 @@
 
 #include <cmath>
 
+// larksim on a pty, read by QSerialPort into a tap as a serial page would
+struct BoardOnPty {
+    SimProcess sim;
+    QSerialPort port;
+    LinkTap tap;
+    bool start(const QStringList &args)
+    {
+        if (!sim.start(args))
+            return false;
+        port.setPortName(sim.ptyName());
+        QObject::connect(&port, &QSerialPort::readyRead, [this] { tap.reportReceived(port.readAll()); });
+        return port.open(QIODevice::ReadWrite);
+    }
+};
+
 // The window as a page gives it its link: a LinkTap that the test feeds from a real
 // link to larksim, a pty read by QSerialPort or a loopback UDP socket.
 class tst_PlotWindow : public QObject
@@ -38,14 +53,9 @@ class tst_PlotWindow : public QObject
 private slots:
     void csvLinesFromLarksimOverAPtyArePlottedAndExported()
     {
-        SimProcess sim;
-        QVERIFY(sim.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400", "--count", "60"}));
-        const QString pty = sim.ptyName();
-        QVERIFY(!pty.isEmpty());
-        LinkTap tap;
-        QSerialPort port(pty);
-        QVERIFY(port.open(QIODevice::ReadWrite));
-        connect(&port, &QSerialPort::readyRead, [&] { tap.reportReceived(port.readAll()); });
+        BoardOnPty board;
+        QVERIFY(board.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400", "--count", "60"}));
+        LinkTap &tap = board.tap;
         PlotWindow w(&tap, "plot");
         w.show();
         QTRY_COMPARE_WITH_TIMEOUT(w.store().totalRows(), qint64(60), 10000);
@@ -86,19 +96,14 @@ private slots:
     // built from that same definition
     void pidBoardFramesMatchTheShippedPidDefinition()
     {
-        SimProcess sim;
-        QVERIFY(sim.start({"pid", "--pty"}));
-        const QString pty = sim.ptyName();
-        QVERIFY(!pty.isEmpty());
-        LinkTap tap;
-        QSerialPort port(pty);
-        QVERIFY(port.open(QIODevice::ReadWrite));
-        connect(&port, &QSerialPort::readyRead, [&] { tap.reportReceived(port.readAll()); });
+        BoardOnPty board;
+        QVERIFY(board.start({"pid", "--pty"}));
+        LinkTap &tap = board.tap;
         PlotWindow w(&tap, "plot");
         QString error;
         QVERIFY2(w.loadDefinition(QFINDTESTDATA("../../plot/examples/larksim_pid.json"), &error), qPrintable(error));
         w.setMode(PlotWindow::BinaryFrames);
-        port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
+        board.port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
         QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
         const PlotFrameParser::Counts n = w.frameParser().counts();
         QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
