@@ -117,6 +117,7 @@ void MainWindow::AddSystemMenu()
     m_toolsMenu = new ToolsMenu(m_stackedWidget, this);
     btnTools->setMenu(m_toolsMenu);
     QAction *plotAction = m_toolsMenu->addPageAction("波形绘图…", ToolsMenu::hasLink);
+    plotAction->setShortcut(QKeySequence("Ctrl+Shift+G"));
     connect(plotAction, SIGNAL(triggered()), this, SLOT(SltOpenPlot()));
     layout->addWidget(btnTools);
 

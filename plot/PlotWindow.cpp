@@ -42,6 +42,7 @@ QHash<LinkTap *, QPointer<PlotWindow>> &windowsOfTaps()
 PlotWindow::PlotWindow(LinkTap *tap, const QString &title, QWidget *parent)
     : QtMainWindow(parent)
     , m_tap(tap)
+    , m_nCodecIndex(MyApp::m_nTextCodecIndex)
     , m_textParser(QTextCodec::codecForName(MyApp::getTextCodec()))
     , m_timerRedraw(new QTimer(this))
 {
@@ -232,6 +233,11 @@ bool PlotWindow::exportCsv(const QString &path, QString *error, QString *written
 void PlotWindow::SltReceived(const QByteArray &bytes)
 {
     if (m_mode == TextLines) {
+        // names follow the codec the page shows text in, also when it changes later
+        if (m_nCodecIndex != MyApp::m_nTextCodecIndex) {
+            m_nCodecIndex = MyApp::m_nTextCodecIndex;
+            m_textParser.setCodec(QTextCodec::codecForName(MyApp::getTextCodec()));
+        }
         m_textParser.feed(bytes, m_batch);
         if (m_textParser.names().size() != m_store.names().size())
             m_store.setNames(m_textParser.names());

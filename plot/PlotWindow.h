@@ -90,6 +90,7 @@ private:
 
     QPointer<LinkTap> m_tap;
     Mode m_mode = TextLines;
+    int m_nCodecIndex;
     PlotTextParser m_textParser;
     PlotFrameParser m_frameParser;
     PlotBatch m_batch;
