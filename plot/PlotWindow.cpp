@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHash>
 #include <QLabel>
@@ -76,7 +77,8 @@ PlotWindow::~PlotWindow() = default;
 PlotWindow *PlotWindow::showFor(LinkTap *tap, const QString &title)
 {
     QPointer<PlotWindow> &window = windowsOfTaps()[tap];
-    if (!window)
+    // a window closed a moment ago is still there until the event loop deletes it
+    if (!window || !window->isVisible())
         window = new PlotWindow(tap, title);
     window->show();
     window->raise();
@@ -443,6 +445,11 @@ void PlotWindow::SltExport()
     const QString path = QFileDialog::getSaveFileName(this, "导出CSV", QDir::homePath(), "CSV (*.csv)",
                                                       nullptr, QFileDialog::DontUseNativeDialog);
     if (path.isEmpty())
+        return;
+    // the dialog asked about the name typed; the suffix added may name another file
+    const QString target = PlotCsvWriter::csvPath(path);
+    if (target != path && QFileInfo::exists(target)
+        && QtMessageBox::question(QString("%1 已存在，要覆盖吗？").arg(target)) != 1)
         return;
     QString error, written;
     if (!exportCsv(path, &error, &written))
