@@ -174,10 +174,15 @@ int PlotTextParser::channelFor(const char *b, const char *e)
     const QString name = m_codec ? m_codec->toUnicode(key) : QString::fromUtf8(key);
     int index = m_names.indexOf(name);
     if (index < 0) {
+        // a stream of noise that looks like pairs must not grow the list for ever
+        if (m_names.size() >= MaxNames)
+            return MaxNames;
         index = m_names.size();
         m_names.append(name);
     }
-    m_byName.insert(QByteArray(b, int(e - b)), index);
+    // other spellings of a known name, as long as there are few
+    if (m_byName.size() < 4 * MaxNames)
+        m_byName.insert(QByteArray(b, int(e - b)), index);
     return index;
 }
 

@@ -24,6 +24,9 @@ public:
     enum Separator { Auto, Comma, Semicolon, Tab, Blank };
     // a line longer than this without an end is unreadable: memory stays bounded
     static const int MaxLineLength = 64 * 1024;
+    // channel names kept; values of later names go to channel MaxNames, which has no
+    // name and which no plot shows
+    static const int MaxNames = 64;
 
     explicit PlotTextParser(QTextCodec *codec = nullptr);
     void setCodec(QTextCodec *codec) { m_codec = codec; }
@@ -31,7 +34,7 @@ public:
     Separator separator() const { return m_separator; }
 
     void feed(const QByteArray &bytes, PlotBatch &out);
-    // the channel names, in the order channels were first seen
+    // the channel names, in the order channels were first seen, MaxNames at most
     const QStringList &names() const { return m_names; }
     qint64 goodLines() const { return m_nGood; }
     qint64 badLines() const { return m_nBad; }

@@ -25,7 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     whole.feed(all, b);
     for (int i = 0; i < a.values.size(); ++i)
-        if (a.channels.at(i) < 0 || a.channels.at(i) >= chunked.names().size() || !std::isfinite(a.values.at(i)))
+        if (a.channels.at(i) < 0 || a.channels.at(i) > qMin(chunked.names().size(), int(PlotTextParser::MaxNames))
+            || !std::isfinite(a.values.at(i)))
             abort();
     if (all.size() < PlotTextParser::MaxLineLength
         && (a.values != b.values || a.recordEnds != b.recordEnds || chunked.names() != whole.names()

@@ -73,6 +73,16 @@ private slots:
         QCOMPARE(render(parser, batch), QString("温度=21.5 转速=1500|温度=22"));
     }
 
+    void namesBeyondTheLimitGoToOneUnnamedChannel()
+    {
+        PlotTextParser parser;
+        PlotBatch batch;
+        for (int i = 0; i <= PlotTextParser::MaxNames; ++i)
+            parser.feed("n" + QByteArray::number(i) + ":1\n", batch);
+        QCOMPARE(parser.names().size(), int(PlotTextParser::MaxNames));
+        QCOMPARE(batch.channels.last(), int(PlotTextParser::MaxNames));
+    }
+
     void anOverlongLineIsCountedAndTheNextOneParses()
     {
         PlotTextParser parser;
