@@ -1,6 +1,7 @@
 #include "LarkTestCore.h"
 #include "PlotFrameDefinition.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -93,7 +94,7 @@ private slots:
     void savedDefinitionsLoadBackUnchanged()
     {
         QFETCH(QString, example);
-        const QString path = QFINDTESTDATA("../../plot/examples/" + example);
+        const QString path = QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/" + example);
         PlotFrameDefinition def, again;
         QString error;
         QVERIFY2(PlotFrameDefinition::load(path, &def, &error), qPrintable(error));

@@ -1,13 +1,15 @@
 #include "LarkTestCore.h"
 #include "PlotFrameParser.h"
 
+#include <QDir>
+
 // a shipped example by file name, or a definition written out
 static PlotFrameDefinition example(const QString &name)
 {
     PlotFrameDefinition def;
     QString error;
     if (name.startsWith('{') ? !PlotFrameDefinition::fromJson(name.toUtf8(), &def, &error)
-                             : !PlotFrameDefinition::load(QFINDTESTDATA("../../plot/examples/" + name), &def, &error))
+                             : !PlotFrameDefinition::load(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/" + name), &def, &error))
         qWarning() << error;
     return def;
 }
