@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 #include "AppPaths.h"
+#include "PlotWindow.h"
 #include "IconHelper.h"
 #include "MyApp.h"
 #include "UiSkin.h"
@@ -67,8 +68,7 @@ void MainWindow::InitWidget()
     connect(m_titleBar, SIGNAL(signalCloseWindow()), this, SLOT(closeApp()));
 
     m_tabBar = new QtTabBar(this);
-    m_tabBar->setTabTitles(QStringList() << "串口调试助手" << "摄像头调试助手" << "网络调试助手"
-                                         << "PID调试助手" << "二进制文件编辑器");
+    m_tabBar->setTabTitles(pageTitles());
 
     m_stackedWidget = new QStackedWidget(this);
 
@@ -143,6 +143,9 @@ void MainWindow::AddSystemMenu()
     btnTools->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xEB01), 12, 16, 16)));
     m_toolsMenu = new ToolsMenu(m_stackedWidget, this);
     btnTools->setMenu(m_toolsMenu);
+    QAction *plotAction = m_toolsMenu->addPageAction("波形绘图…", ToolsMenu::hasLink);
+    plotAction->setShortcut(QKeySequence("Ctrl+Shift+G"));
+    connect(plotAction, SIGNAL(triggered()), this, SLOT(SltOpenPlot()));
     layout->addWidget(btnTools);
     AddEditorTools();
     // capture, reopen and control lines; a running capture shows in the status bar
@@ -282,4 +285,16 @@ void MainWindow::SltBtnHelpClicked()
 void MainWindow::closeApp()
 {
     QCoreApplication::quit();
+}
+
+QStringList MainWindow::pageTitles()
+{
+    return QStringList() << "串口调试助手" << "摄像头调试助手" << "网络调试助手" << "PID调试助手" << "二进制文件编辑器";
+}
+
+void MainWindow::SltOpenPlot()
+{
+    QtWidgetBase *page = m_toolsMenu->currentPage();
+    if (page && page->linkTap())
+        PlotWindow::showFor(page->linkTap(), "波形绘图 - " + pageTitles().value(m_toolsMenu->currentIndex()));
 }

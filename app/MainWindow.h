@@ -37,6 +37,8 @@ public:
     QtTitleBar *titleBar() const { return m_titleBar; }
     ToolsMenu *toolsMenu() const { return m_toolsMenu; }
     LinkTools *linkTools() const { return m_linkTools; }
+    // the tab titles, in page order
+    static QStringList pageTitles();
 
 public slots:
     void SltTabBarClicked(int index);
@@ -45,6 +47,8 @@ public slots:
     void SltActionTrigger(QAction *action);
     void SltAboutMenuTrigger(QAction *action);
     void SltBtnHelpClicked();
+    // a plot of the shown page's link, beside the page
+    void SltOpenPlot();
     void closeApp();
 
 private:

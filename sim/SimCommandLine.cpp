@@ -114,11 +114,14 @@ QVector<SimCommandLine::Option> SimCommandLine::commandOptions(const QString &co
         };
     if (command == "text")
         return {
-            {"kind", "lines|counter|binary", "what is sent (default lines)",
+            {"kind", "lines|counter|binary|csv|named|frame",
+             "what is sent (default lines); csv and named are lines of\nnumbers to plot, frame the binary frame of\nplot-examples/larksim_sensor.json",
              [](SimCommandLine &l, const QString &, const QString &v) {
-                 if (v != "lines" && v != "counter" && v != "binary")
-                     return l.fail("--kind needs lines, counter or binary");
-                 l.text.kind = v == "lines" ? TextSource::Lines : v == "counter" ? TextSource::Counter : TextSource::Binary;
+                 const QStringList names = TextSource::kindNames();
+                 const int kind = names.indexOf(v);
+                 if (kind < 0)
+                     return l.fail("--kind needs " + names.mid(0, names.size() - 1).join(", ") + " or " + names.last());
+                 l.text.kind = TextSource::Kind(kind);
                  return true;
              }},
             {"encoding", "gb18030|utf8", "text encoding of lines (default gb18030)",

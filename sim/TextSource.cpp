@@ -6,6 +6,9 @@
 #include <QTextCodec>
 #include <QTimer>
 
+#include <cmath>
+#include <cstring>
+
 namespace {
 const char *const s_lines[] = {
     "temp=25.3 状态正常 <ok> 计数 %1",
@@ -40,11 +43,49 @@ QByteArray TextSource::item(qint64 n) const
             out[i] = char((n + i) & 0xFF);
         return out;
     }
+    case Csv:
+    case Named:
+    case Frame:
+        return plotItem(n);
     case Lines:
         break;
     }
     const QString line = QString::fromUtf8(s_lines[n % 4]).arg(n) + "\r\n";
     return m_codec->fromUnicode(line);
+}
+
+QStringList TextSource::kindNames()
+{
+    return {"lines", "counter", "binary", "csv", "named", "frame"};
+}
+
+QByteArray TextSource::plotItem(qint64 n) const
+{
+    const double phase = n * 0.05;
+    if (m_opt.kind == Csv)
+        return QString::asprintf("%.3f,%.3f,%lld\r\n", 100 * std::sin(phase), 50 * std::cos(phase), n % 100).toLatin1();
+    if (m_opt.kind == Named)
+        return QString::asprintf("temp:%.2f speed=%d current:%.3f\n", 25 + std::sin(phase / 4), 1500 + int(n % 50), 0.4 + 0.1 * std::cos(phase)).toLatin1();
+    // AA 55, payload length 10, counter u16 LE, sine i16 LE (x1000), cosine f32 LE,
+    // temperature i16 BE (x100), CRC-16/MODBUS LE over everything before it
+    QByteArray f = QByteArray::fromHex("AA550A");
+    const quint16 counter = quint16(n);
+    const qint16 sine = qint16(std::lround(1000 * std::sin(phase)));
+    const float cosine = float(std::cos(phase));
+    quint32 cosBits;
+    std::memcpy(&cosBits, &cosine, 4);
+    const qint16 temp = qint16(std::lround(100 * (25 + std::sin(phase / 4))));
+    f += char(counter), f += char(counter >> 8), f += char(sine), f += char(quint16(sine) >> 8);
+    for (int i = 0; i < 4; ++i)
+        f += char(cosBits >> (8 * i));
+    f += char(quint16(temp) >> 8), f += char(temp);
+    quint16 crc = 0xFFFF;
+    for (const char c : qAsConst(f)) {
+        crc ^= quint8(c);
+        for (int k = 0; k < 8; ++k)
+            crc = crc & 1 ? quint16((crc >> 1) ^ 0xA001) : quint16(crc >> 1);
+    }
+    return f + char(crc) + char(crc >> 8);
 }
 
 void TextSource::start()

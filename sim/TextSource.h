@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QObject>
+#include <QStringList>
 
 class QTextCodec;
 class QTimer;
@@ -16,7 +17,9 @@ class TextSource : public QObject
 {
     Q_OBJECT
 public:
-    enum Kind { Lines, Counter, Binary };
+    // in the order of kindNames()
+    enum Kind { Lines, Counter, Binary, Csv, Named, Frame };
+    static QStringList kindNames();
     struct Options {
         Kind kind = Lines;
         QByteArray encoding = "GB18030";
@@ -31,6 +34,8 @@ public:
     void start();
     // item n as it goes on the wire
     QByteArray item(qint64 n) const;
+    // numbers for the plot window: CSV or name:value lines, or a binary frame
+    QByteArray plotItem(qint64 n) const;
 
 private slots:
     void tick();

@@ -108,3 +108,13 @@ central = (b'PK\x01\x02' + bytes(4) + struct.pack('<H', 0x0800) + bytes(18)
            + struct.pack('<HHH', len(name), 0, 0) + bytes(12) + name)
 eocd = b'PK\x05\x06' + bytes(6) + struct.pack('<HII', 1, len(central), 0) + bytes(2)
 write('updateprotocol', 'zip', central + eocd)
+
+# the plot window's readers: lines of numbers, the shipped frame definitions
+write('plottextparser', 'csv_split', chunked(0, b'1,2,3\r\n-4.5;6\n x:1 y=2e3\r7\t8\n', 5))
+write('plottextparser', 'gb18030_names', chunked(0x80, '温度:21.5 转速=1500\n'.encode('gb18030'), 3))
+sensor = b'\xaa\x55\x0a' + struct.pack('<Hhf', 7, -500, 0.5) + struct.pack('>h', 2500)
+sensor += struct.pack('<H', modbus_crc(sensor))
+write('plotframeparser', 'sensor', chunked(0, b'\x01' + sensor + b'\xaa\x55' + sensor, 4))
+write('plotframeparser', 'pid', chunked(1, pid_frame(1, 2, struct.pack('<i', 1234)) * 2, 6))
+write('plotframedefinition', 'sensor', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_sensor.json'), 'rb').read())
+write('plotframedefinition', 'pid', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_pid.json'), 'rb').read())

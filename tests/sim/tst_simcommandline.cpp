@@ -67,7 +67,7 @@ private slots:
         QTest::newRow("host missing") << "text --udp" << "!--udp needs HOST:PORT";
         QTest::newRow("bad host") << "text --udp localhost" << "!expected HOST:PORT, got 'localhost'";
         QTest::newRow("bad size") << "camera --pty --size 640" << "!--size needs WIDTHxHEIGHT, 8 to 4096 each";
-        QTest::newRow("bad kind") << "text --pty --kind words" << "!--kind needs lines, counter or binary";
+        QTest::newRow("bad kind") << "text --pty --kind words" << "!--kind needs lines, counter, binary, csv, named or frame";
         QTest::newRow("bad encoding") << "text --pty --encoding latin1" << "!--encoding needs gb18030 or utf8";
         QTest::newRow("regs missing") << "camera --pty --regs" << "!--regs needs a FILE";
         QTest::newRow("option of another command") << "pid --pty --jpeg" << "!unknown option --jpeg for pid";

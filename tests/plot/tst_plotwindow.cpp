@@ -1,0 +1,152 @@
+#include "../sim/SimProcess.h"
+#include "LarkTest.h"
+#include "LinkTap.h"
+#include "PlotWindow.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QPushButton>
+#include <QSerialPort>
+#include <QTemporaryDir>
+#include <QUdpSocket>
+#include <QNetworkDatagram>
+#include <qcustomplot.h>
+
+#include <cmath>
+
+// larksim on a pty, read by QSerialPort into a tap as a serial page would
+struct BoardOnPty {
+    SimProcess sim;
+    QSerialPort port;
+    LinkTap tap;
+    bool start(const QStringList &args)
+    {
+        if (!sim.start(args))
+            return false;
+        port.setPortName(sim.ptyName());
+        QObject::connect(&port, &QSerialPort::readyRead, [this] { tap.reportReceived(port.readAll()); });
+        return port.open(QIODevice::ReadWrite);
+    }
+};
+
+// The window as a page gives it its link: a LinkTap that the test feeds from a real
+// link to larksim, a pty read by QSerialPort or a loopback UDP socket.
+class tst_PlotWindow : public QObject
+{
+    Q_OBJECT
+
+    // the CSV the window exports, checked by python: columns, rows, times never going back
+    static QString exportSummary(PlotWindow &w)
+    {
+        QTemporaryDir dir;
+        QString error, written;
+        if (!w.exportCsv(dir.filePath("plot"), &error, &written))
+            return error;
+        QProcess py;
+        py.start("python3", {"-c", "import csv,sys\nrows=list(csv.reader(open(sys.argv[1],encoding='utf-8')))\n"
+                                   "t=[float(r[0]) for r in rows[1:]]\n"
+                                   "print(len(rows[0]), len(rows)-1, all(a<=b for a,b in zip(t,t[1:])), set(len(r) for r in rows))",
+                             written});
+        py.waitForFinished(10000);
+        return QString::fromUtf8(py.readAllStandardOutput()).trimmed();
+    }
+
+private slots:
+    void csvLinesFromLarksimOverAPtyArePlottedAndExported()
+    {
+        // the board runs until stopped: one that ended by itself would hang up the pty
+        // and take with it whatever the test had not read yet
+        BoardOnPty board;
+        QVERIFY(board.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400"}));
+        PlotWindow w(&board.tap, "plot");
+        w.show();
+        QTRY_VERIFY_WITH_TIMEOUT(w.store().totalRows() >= 60, 10000);
+        QVERIFY(board.sim.stop());
+        QCOMPARE(w.textParser().badLines(), qint64(0));
+        QCOMPARE(w.store().channelCount(), 3);
+        // the third column counts lines modulo 100: none lost, none doubled
+        const int rows = w.store().rows();
+        for (int r = 1; r < rows; ++r)
+            QCOMPARE(w.store().value(2, r), double((int(w.store().value(2, r - 1)) + 1) % 100));
+        // the plot catches up, then nothing is left to do while the link is quiet
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.plot()->graph(2)->dataCount(), rows);
+        QCOMPARE(exportSummary(w), QString("4 %1 True {4}").arg(rows));
+    }
+
+    void sensorFramesFromLarksimOverUdpArePlotted()
+    {
+        QUdpSocket socket;
+        QVERIFY(socket.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        LinkTap tap;
+        connect(&socket, &QUdpSocket::readyRead, [&] {
+            while (socket.hasPendingDatagrams())
+                tap.reportReceived(socket.receiveDatagram().data());
+        });
+        PlotWindow w(&tap, "plot");
+        QString error;
+        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/larksim_sensor.json"), &error), qPrintable(error));
+        w.setMode(PlotWindow::BinaryFrames);
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--kind", "frame", "--udp", QString("127.0.0.1:%1").arg(socket.localPort()),
+                           "--lines-per-s", "400", "--count", "50"}));
+        QTRY_COMPARE_WITH_TIMEOUT(w.frameParser().counts().good, qint64(50), 10000);
+        QCOMPARE(w.frameParser().counts().badChecksum + w.frameParser().counts().dropped, qint64(0));
+        QCOMPARE(w.store().names(), QStringList({"counter", "sine", "cosine", "temp"}));
+        QCOMPARE(w.store().value(0, 49), 49.0);
+        QCOMPARE(w.store().value(1, 20), std::lround(1000 * std::sin(20 * 0.05)) / 1000.0);
+        QCOMPARE(exportSummary(w), QString("5 50 True {5}"));
+    }
+
+    // the shipped PID definition read against the PID board itself, started by a frame
+    // built from that same definition
+    void pidBoardFramesMatchTheShippedPidDefinition()
+    {
+        BoardOnPty board;
+        QVERIFY(board.start({"pid", "--pty"}));
+        PlotWindow w(&board.tap, "plot");
+        QString error;
+        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/larksim_pid.json"), &error), qPrintable(error));
+        w.setMode(PlotWindow::BinaryFrames);
+        board.port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
+        QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
+        const PlotFrameParser::Counts n = w.frameParser().counts();
+        QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
+        QCOMPARE(w.store().value(0, w.store().rows() - 1), 2.0);
+        QCOMPARE(w.store().value(1, w.store().rows() - 1), 2.0); // actual value reports
+    }
+
+    void pausedPlotKeepsRecordingAndCatchesUpOnResume()
+    {
+        LinkTap tap;
+        PlotWindow w(&tap, "plot");
+        tap.reportReceived("1,2\n");
+        QTRY_COMPARE(w.redraws(), qint64(1));
+        LarkTest::click(&w, "btnPlotPause");
+        tap.reportReceived("3,4\n5,6\n");
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.store().rows(), 3);
+        QCOMPARE(w.redraws(), qint64(1));
+        QCOMPARE(w.plot()->graph(0)->dataCount(), 1);
+        QCOMPARE(exportSummary(w), QString("3 3 True {3}"));
+        LarkTest::click(&w, "btnPlotPause");
+        QTRY_COMPARE(w.plot()->graph(0)->dataCount(), 3);
+    }
+
+    void oneWindowPerTap()
+    {
+        LinkTap a, b;
+        PlotWindow *wa = PlotWindow::showFor(&a, "a");
+        QCOMPARE(PlotWindow::showFor(&a, "a"), wa);
+        PlotWindow *wb = PlotWindow::showFor(&b, "b");
+        QVERIFY(wb != wa);
+        wa->close();
+        wb->close();
+        PlotWindow *again = PlotWindow::showFor(&a, "a");
+        QVERIFY(again != wa && again->isVisible());
+        again->close();
+    }
+};
+
+LARK_TEST_MAIN(tst_PlotWindow)
+#include "tst_plotwindow.moc"
