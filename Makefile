@@ -18,7 +18,7 @@ JOBS ?= 2
 
 DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
-       libqcustomplot-dev okteta-dev libbenchmark-dev \
+       libqcustomplot-dev okteta-dev libbenchmark-dev qtdeclarative5-dev libpcre2-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat
 # only the benchmarks need these: two desktop hex editors and a terminal timed for
