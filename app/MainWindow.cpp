@@ -19,6 +19,7 @@
 #include "QSerialPorCheck.h"
 #include "SerialportWidget.h"
 #include "ToolsMenu.h"
+#include "AutomationWindow.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -116,6 +117,9 @@ void MainWindow::AddSystemMenu()
     btnTools->setIcon(QIcon(IconHelper::Instance()->getPixmap("#ffffff", QChar(0xEB01), 12, 16, 16)));
     m_toolsMenu = new ToolsMenu(m_stackedWidget, this);
     btnTools->setMenu(m_toolsMenu);
+    QAction *automation = m_toolsMenu->addPageAction("自动应答与脚本…", ToolsMenu::hasLink);
+    automation->setShortcut(QKeySequence("Ctrl+Shift+A"));
+    connect(automation, SIGNAL(triggered()), this, SLOT(SltShowAutomation()));
     layout->addWidget(btnTools);
 
     QPushButton *btnSettings = new QPushButton("设置", this);
@@ -224,6 +228,27 @@ void MainWindow::SltAboutMenuTrigger(QAction *action)
 void MainWindow::SltBtnHelpClicked()
 {
     QDesktopServices::openUrl(QUrl(HelpUrl));
+}
+
+void MainWindow::SltShowAutomation()
+{
+    // one window per page, kept while the program runs so its rules and script stay
+    LinkTap *tap = m_toolsMenu->currentPage() ? m_toolsMenu->currentPage()->linkTap() : nullptr;
+    if (!tap)
+        return;
+    AutomationWindow *window = nullptr;
+    for (AutomationWindow *w : findChildren<AutomationWindow *>()) {
+        if (w->tap() == tap)
+            window = w;
+    }
+    if (!window) {
+        static const char *const names[] = {"串口调试助手", "摄像头调试助手", "网络调试助手", "PID调试助手", "二进制文件编辑器"};
+        const int index = m_toolsMenu->currentIndex();
+        window = new AutomationWindow(tap, index >= 0 && index < 5 ? names[index] : "", this);
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 void MainWindow::closeApp()

@@ -39,6 +39,7 @@ public slots:
     void SltActionTrigger(QAction *action);
     void SltAboutMenuTrigger(QAction *action);
     void SltBtnHelpClicked();
+    void SltShowAutomation();
     void closeApp();
 
 private:

@@ -8,7 +8,7 @@
 #include "ReplyRule.h"
 
 class AutoReplyRunner;
-class LinkTap;
+#include "LinkTap.h"
 class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
@@ -41,6 +41,7 @@ public:
     bool loadScript(const QString &path);
     bool saveScript(const QString &path);
 
+    LinkTap *tap() const { return m_tap; }
     AutoReplyRunner *runner() const { return m_runner; }
     ScriptRuntime *runtime() const { return m_runtime; }
     QTableWidget *table() const { return m_table; }

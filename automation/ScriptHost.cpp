@@ -32,9 +32,9 @@ void ScriptHost::plot(const QString &name, double value)
     emit m_runtime->plotValue(name, value);
 }
 
-int ScriptHost::addTimer(double ms, bool repeat)
+int ScriptHost::addTimer(double ms, bool repeat, const QString &entry)
 {
-    return m_runtime->addTimer(ms, repeat);
+    return m_runtime->addTimer(ms, repeat, entry);
 }
 
 void ScriptHost::removeTimer(int id)

@@ -20,7 +20,7 @@ public:
     Q_INVOKABLE double sendText(const QString &text);
     Q_INVOKABLE void log(const QString &text);
     Q_INVOKABLE void plot(const QString &name, double value);
-    Q_INVOKABLE int addTimer(double ms, bool repeat);
+    Q_INVOKABLE int addTimer(double ms, bool repeat, const QString &entry);
     Q_INVOKABLE void removeTimer(int id);
     Q_INVOKABLE QString toHex(const QByteArray &bytes) const;
     Q_INVOKABLE QByteArray fromHex(const QString &text);

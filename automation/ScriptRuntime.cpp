@@ -10,8 +10,18 @@
 // Installs the script's functions on the global object. The host stays in this closure,
 // out of the script's reach; the returned object is how the runtime calls back in.
 static const char kPrelude[] = R"JS(
-(function (h) {
+(function (h, file) {
     var g = (function () { return this; })();
+    // "file:line" of the script's own code that called the helper calling this
+    function callerLine() {
+        var frames = String(new Error().stack).split('\n');
+        for (var i = 0; i < frames.length; ++i) {
+            var at = frames[i].lastIndexOf(file + ':');
+            if (at >= 0)
+                return frames[i].substring(at);
+        }
+        return file;
+    }
     function bytes(x, what) {
         if (x instanceof ArrayBuffer)
             return x;
@@ -42,7 +52,7 @@ static const char kPrelude[] = R"JS(
     function addTimer(fn, ms, repeat, args) {
         if (typeof fn !== 'function')
             throw new TypeError((repeat ? 'setInterval' : 'setTimeout') + ': the first argument must be a function');
-        var id = h.addTimer(Number(ms) || 0, repeat);
+        var id = h.addTimer(Number(ms) || 0, repeat, (repeat ? 'setInterval' : 'setTimeout') + ' 回调（' + callerLine() + ' 设置）');
         timers[id] = { fn: fn, repeat: repeat, args: args };
         return id;
     }
@@ -119,7 +129,7 @@ bool ScriptRuntime::start(const QString &source, const QString &fileName)
     m_pendingEnd.clear();
     m_watchdog->setEnabled(true);
     const QJSValue api = m_engine->evaluate(QString::fromUtf8(kPrelude), "<larkTools>")
-                             .call({m_engine->newQObject(m_host)});
+                             .call({m_engine->newQObject(m_host), m_strFile});
     m_fire = api.property("fire");
     m_data = api.property("data");
     emit started();
@@ -128,7 +138,11 @@ bool ScriptRuntime::start(const QString &source, const QString &fileName)
     const QJSValue result = m_engine->evaluate(source, m_strFile, 1);
     const bool timedOut = !m_watchdog->disarm();
     --m_depth;
-    return check(result, timedOut);
+    // an interrupted call unwinds without a line of its own: the entry point is named
+    // instead, and onData's is where the source defines it
+    const QRegularExpressionMatch def = QRegularExpression("function\\s+onData\\b|\\bonData\\s*=").match(source);
+    m_strDataEntry = QString("onData（%1:%2）").arg(m_strFile).arg(def.hasMatch() ? source.leftRef(def.capturedStart()).count('\n') + 1 : 1);
+    return check(result, timedOut, QString("顶层代码（%1）").arg(m_strFile));
 }
 
 void ScriptRuntime::stop()
@@ -140,10 +154,10 @@ void ScriptRuntime::stop()
 void ScriptRuntime::feed(const QByteArray &bytes)
 {
     if (m_engine && !bytes.isEmpty())
-        call(m_data, {m_engine->toScriptValue(bytes)});
+        call(m_data, {m_engine->toScriptValue(bytes)}, m_strDataEntry);
 }
 
-bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args)
+bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args, const QString &entry)
 {
     if (!m_engine)
         return false;
@@ -155,16 +169,15 @@ bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args)
     const QJSValue result = fn.call(args);
     const bool timedOut = outer && !m_watchdog->disarm();
     --m_depth;
-    return check(result, timedOut);
+    return check(result, timedOut, entry);
 }
 
-bool ScriptRuntime::check(const QJSValue &result, bool timedOut)
+bool ScriptRuntime::check(const QJSValue &result, bool timedOut, const QString &entry)
 {
     if (timedOut) {
         m_engine->setInterrupted(false);
-        const QString at = result.isError() ? where(result) : m_strFile;
-        end(QString("%1: 单次运行超过 %2 ms，脚本已中断（死循环？请用 setTimeout/setInterval 代替等待）")
-                .arg(at).arg(CallLimitMs));
+        end(QString("%1 单次运行超过 %2 ms，脚本已中断（死循环？请用 setTimeout/setInterval 代替等待）")
+                .arg(entry).arg(CallLimitMs));
     } else if (result.isError()) {
         end(QString("%1: %2").arg(where(result), result.toString()));
     } else if (!m_pendingEnd.isNull() && m_depth == 0) {
@@ -204,6 +217,7 @@ void ScriptRuntime::end(const QString &reason)
         timer->deleteLater();
     }
     m_timers.clear();
+    m_timerEntries.clear();
     m_fire = QJSValue();
     m_data = QJSValue();
     if (m_watchdog)
@@ -222,9 +236,10 @@ qint64 ScriptRuntime::sendBytes(const QByteArray &bytes)
     return m_sender(bytes);
 }
 
-int ScriptRuntime::addTimer(double ms, bool repeat)
+int ScriptRuntime::addTimer(double ms, bool repeat, const QString &entry)
 {
     const int id = m_nextTimer++;
+    m_timerEntries.insert(id, entry);
     QTimer *timer = new QTimer(this);
     // a repeating 0 ms timer would leave no time for anything else
     const double clamped = qBound(repeat ? 1.0 : 0.0, ms, 2147483647.0);
@@ -239,6 +254,7 @@ int ScriptRuntime::addTimer(double ms, bool repeat)
 
 void ScriptRuntime::removeTimer(int id)
 {
+    m_timerEntries.remove(id);
     if (QTimer *timer = m_timers.take(id))
         timer->deleteLater();
 }
@@ -248,9 +264,8 @@ void ScriptRuntime::fireTimer(int id)
     QTimer *timer = m_timers.value(id);
     if (!timer)
         return;
-    if (timer->isSingleShot()) {
-        m_timers.remove(id);
-        timer->deleteLater();
-    }
-    call(m_fire, {QJSValue(id)});
+    const QString entry = m_timerEntries.value(id);
+    if (timer->isSingleShot())
+        removeTimer(id);
+    call(m_fire, {QJSValue(id)}, entry);
 }

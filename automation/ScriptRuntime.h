@@ -26,7 +26,9 @@ class ScriptWatchdog;
 //
 // Every call into the script (the program itself, onData, a timer) may take at most
 // CallLimitMs: a watchdog thread interrupts a longer one, and the script stops with the
-// reason and line. An uncaught error stops it too, with file, line and message.
+// reason and the entry point's line (the engine unwinds an interrupted call without
+// one: onData's definition, the line that set the timer, or the top level). An uncaught
+// error stops it too, with file, line and message.
 class ScriptRuntime : public QObject
 {
     Q_OBJECT
@@ -60,13 +62,13 @@ signals:
 private:
     friend class ScriptHost;
     qint64 sendBytes(const QByteArray &bytes);
-    int addTimer(double ms, bool repeat);
+    int addTimer(double ms, bool repeat, const QString &entry);
     void removeTimer(int id);
     void fireTimer(int id);
 
     // calls into the script under the watchdog; false when the script was stopped
-    bool call(QJSValue fn, const QJSValueList &args);
-    bool check(const QJSValue &result, bool timedOut);
+    bool call(QJSValue fn, const QJSValueList &args, const QString &entry);
+    bool check(const QJSValue &result, bool timedOut, const QString &entry);
     QString where(const QJSValue &error) const;
     void end(const QString &reason);
 
@@ -79,6 +81,8 @@ private:
     QJSValue m_fire;
     QJSValue m_data;
     QHash<int, QTimer *> m_timers;
+    QHash<int, QString> m_timerEntries; // what a timeout names: where the timer was set
+    QString m_strDataEntry;
     int m_nextTimer = 1;
     int m_depth = 0;
     QString m_pendingEnd; // set when the script must end once the current call returns
