@@ -108,3 +108,13 @@ central = (b'PK\x01\x02' + bytes(4) + struct.pack('<H', 0x0800) + bytes(18)
            + struct.pack('<HHH', len(name), 0, 0) + bytes(12) + name)
 eocd = b'PK\x05\x06' + bytes(6) + struct.pack('<HII', 1, len(central), 0) + bytes(2)
 write('updateprotocol', 'zip', central + eocd)
+
+# reply rules: an option byte (bit 0: GB18030) and the typed text
+write('replyescape', 'text', b'\x00AT\\r\\n\\x41 55 aa')
+write('replyescape', 'gb18030', b'\x01' + '温度\\t\\\\'.encode('utf-8'))
+write('replyescape', 'hex', b'\x00AA 55 0d')
+# a rule file, a NUL, then the received stream in chunks
+rules = ('{"rules": [{"pattern": "AT\\\\r\\\\n", "reply": "OK\\\\r\\\\n"},'
+         ' {"match": "hex", "pattern": "AA 55", "reply": "01", "replyAs": "hex", "minIntervalMs": 5},'
+         ' {"match": "regex", "pattern": "T=(\\\\d+);", "enabled": true, "delayMs": 3}]}')
+write('replyrulefile', 'rules', rules.encode() + b'\x00' + b'\x05AT\r\n\x03\xaaU\x01\x06T=12;x')

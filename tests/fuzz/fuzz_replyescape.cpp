@@ -1,0 +1,26 @@
+// What a user types into a reply rule: text with escapes in either codec, and strict
+// hex. Whatever parses must come back the same through \xNN escapes of its bytes.
+#include "ReplyEscape.h"
+
+#include <QTextCodec>
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    if (size == 0)
+        return 0;
+    QTextCodec *codec = QTextCodec::codecForName(data[0] & 1 ? "GB18030" : "UTF-8");
+    const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data + 1), int(size - 1));
+    QString error;
+    for (const QByteArray &bytes : {ReplyEscape::fromText(text, codec, &error), ReplyEscape::fromHex(text, &error)}) {
+        QString escaped;
+        for (const char c : bytes)
+            escaped += QString("\\x%1").arg(uchar(c), 2, 16, QLatin1Char('0'));
+        if (ReplyEscape::fromText(escaped, codec) != bytes)
+            abort();
+    }
+    if (ReplyEscape::fromHex(text, &error).size() > text.size() / 2)
+        abort();
+    return 0;
+}
