@@ -10,13 +10,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     if (size == 0)
         return 0;
-    QTextCodec *codec = QTextCodec::codecForName(data[0] & 1 ? "GB18030" : "UTF-8");
+    static QTextCodec *const codecs[2] = {QTextCodec::codecForName("UTF-8"), QTextCodec::codecForName("GB18030")};
+    QTextCodec *codec = codecs[data[0] & 1];
     const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data + 1), int(size - 1));
     QString error;
     for (const QByteArray &bytes : {ReplyEscape::fromText(text, codec, &error), ReplyEscape::fromHex(text, &error)}) {
+        static const char digits[] = "0123456789abcdef";
         QString escaped;
         for (const char c : bytes)
-            escaped += QString("\\x%1").arg(uchar(c), 2, 16, QLatin1Char('0'));
+            escaped += QLatin1String("\\x") + QLatin1Char(digits[uchar(c) >> 4]) + QLatin1Char(digits[uchar(c) & 15]);
         if (ReplyEscape::fromText(escaped, codec) != bytes)
             abort();
     }

@@ -22,7 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (!ReplyRuleFile::parse(ReplyRuleFile::serialize(rules), &again, &error) || !(again == rules))
         abort();
     ReplyMatcher matcher;
-    matcher.setRules(rules, QTextCodec::codecForName(fileSize & 1 ? "GB18030" : "UTF-8"));
+    static QTextCodec *const codecs[2] = {QTextCodec::codecForName("UTF-8"), QTextCodec::codecForName("GB18030")};
+    matcher.setRules(rules, codecs[fileSize & 1]);
     FuzzInput input(data + fileSize, size - fileSize);
     QByteArray chunk;
     qint64 now = 0;
