@@ -30,6 +30,7 @@ struct ReplyMatcher::Compiled
     pcre2_match_context *context = nullptr;
     int lookbehind = 0;
     QString window;
+    int searchFrom = 0; // where in the window the next match may start
 
     ~Compiled()
     {
@@ -87,6 +88,7 @@ void ReplyMatcher::reset()
     for (auto &c : m_rules) {
         c->tail.clear();
         c->window.clear();
+        c->searchFrom = 0;
     }
     m_decoder.reset(m_codec ? m_codec->makeDecoder() : QTextCodec::codecForName("UTF-8")->makeDecoder());
 }
@@ -149,8 +151,7 @@ void ReplyMatcher::feedRegex(int index, Compiled &c, const QString &text, qint64
     c.window += text;
     const auto *subject = reinterpret_cast<PCRE2_SPTR>(c.window.utf16());
     const PCRE2_SIZE size = PCRE2_SIZE(c.window.size());
-    PCRE2_SIZE offset = 0;
-    PCRE2_SIZE usedTo = 0; // text before this was taken by a match
+    PCRE2_SIZE offset = PCRE2_SIZE(c.searchFrom);
     PCRE2_SIZE keepFrom = size;
     while (offset <= size) {
         const int rc = pcre2_match(c.code, subject, size, offset, PCRE2_PARTIAL_HARD, c.data, c.context);
@@ -158,7 +159,6 @@ void ReplyMatcher::feedRegex(int index, Compiled &c, const QString &text, qint64
         if (rc >= 0) {
             // an empty match says nothing arrived; it neither fires nor uses text
             if (ov[1] > ov[0]) {
-                usedTo = ov[1];
                 if (fires(c, nowMs))
                     out << index;
                 offset = ov[1];
@@ -176,15 +176,17 @@ void ReplyMatcher::feedRegex(int index, Compiled &c, const QString &text, qint64
             c.problem = QString("正则表达式回溯过多，已停用（%1）").arg(QString::fromUtf16(msg));
             c.usable = false;
             c.window.clear();
+            c.searchFrom = 0;
             m_stopped << index;
             return;
         }
         break;
     }
-    // keep what a lookbehind may still need, never what a match used
+    // Keep what a lookbehind may still look at, even text a match used; the next search
+    // starts at keepFrom, so that text is only looked back at, never matched again.
     const PCRE2_SIZE behind = PCRE2_SIZE(c.lookbehind);
     PCRE2_SIZE cut = keepFrom > behind ? keepFrom - behind : 0;
-    cut = qMax(cut, usedTo);
     cut = qMax(cut, size > PCRE2_SIZE(RegexWindow) ? size - PCRE2_SIZE(RegexWindow) : PCRE2_SIZE(0));
     c.window.remove(0, int(cut));
+    c.searchFrom = int(qMax(keepFrom, cut) - cut);
 }

@@ -21,9 +21,10 @@ class QTextDecoder;
 // of one match never count for the next.
 //
 // Regular expressions see the received text decoded in the page's codec (one decoder,
-// so a character split over chunks is whole). Each keeps a window of text not yet used
-// by a match: a partial match at the end keeps its start, anything else is dropped, and
-// the window never holds more than RegexWindow characters. A regular expression whose
+// so a character split over chunks is whole). Each keeps a window of text where a match
+// may still start: a partial match at the end keeps its start (and what its lookbehind
+// needs), anything else is dropped, and the window never holds more than RegexWindow
+// characters. A regular expression whose
 // backtracking exceeds a fixed budget (about 100 ms of work at worst on a window) is
 // stopped, disabled until the rules are set again, and reported by problem().
 class ReplyMatcher

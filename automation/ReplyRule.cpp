@@ -3,6 +3,17 @@
 
 #include <QRegularExpression>
 
+ReplyRule::ReplyRule(MatchKind match, const QString &pattern, ReplyKind as, const QString &reply, int minIntervalMs,
+                     int delayMs)
+    : matchKind(match)
+    , pattern(pattern)
+    , replyKind(as)
+    , reply(reply)
+    , delayMs(delayMs)
+    , minIntervalMs(minIntervalMs)
+{
+}
+
 QByteArray ReplyRule::patternBytes(QTextCodec *codec, QString *error) const
 {
     if (error)

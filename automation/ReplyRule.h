@@ -16,6 +16,10 @@ public:
     enum MatchKind { MatchText, MatchRegex, MatchHex };
     enum ReplyKind { ReplyText, ReplyHex };
 
+    ReplyRule() = default;
+    ReplyRule(MatchKind match, const QString &pattern, ReplyKind as = ReplyText, const QString &reply = QString(),
+              int minIntervalMs = 0, int delayMs = 0);
+
     bool enabled = true;
     MatchKind matchKind = MatchText;
     QString pattern;

@@ -57,17 +57,6 @@ private slots:
         QCOMPARE(ReplyEscape::fromHex(text, &why), bytes);
         QVERIFY2(error.isEmpty() ? why.isEmpty() : why.contains(error), qPrintable(why));
     }
-
-    void everyByteSurvivesItsEscape()
-    {
-        QByteArray all;
-        QString typed;
-        for (int b = 0; b < 256; ++b) {
-            all += char(b);
-            typed += QString("\\x%1").arg(b, 2, 16, QLatin1Char('0'));
-        }
-        QCOMPARE(ReplyEscape::fromText(typed, nullptr), all);
-    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstReplyEscape)

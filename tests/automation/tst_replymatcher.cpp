@@ -6,11 +6,7 @@
 
 static ReplyRule rule(ReplyRule::MatchKind kind, const QString &pattern, int minIntervalMs = 0)
 {
-    ReplyRule r;
-    r.matchKind = kind;
-    r.pattern = pattern;
-    r.minIntervalMs = minIntervalMs;
-    return r;
+    return ReplyRule(kind, pattern, ReplyRule::ReplyText, QString(), minIntervalMs);
 }
 
 // The matcher on streams cut into chunks at every awkward place.
@@ -39,6 +35,7 @@ private slots:
         QTest::newRow("regex twice") << regex << "OK" << QByteArray("UTF-8") << QByteArrayList{"OK OK", "O", "K"} << 3;
         QTest::newRow("regex on a character split over chunks") << regex << "温度" << QByteArray("GB18030")
                                                                 << QByteArrayList{"\xce", "\xc2\xb6", "\xc8"} << 1;
+        QTest::newRow("lookbehind sees text a match used") << regex << "(?<=A)A" << QByteArray("UTF-8") << QByteArrayList{"AA", "A"} << 2;
         QTest::newRow("empty regex match fires nothing") << regex << "x*" << QByteArray("UTF-8") << QByteArrayList{"abc"} << 0;
     }
     void patternsAreFoundWhereverTheStreamIsCut()

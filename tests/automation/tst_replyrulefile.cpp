@@ -42,17 +42,9 @@ private slots:
 
     void aSavedSetLoadsBackTheSame()
     {
-        ReplyRule a;
-        a.pattern = "AT\\r\\n";
-        a.reply = "OK\\r\\n";
-        ReplyRule b;
+        const ReplyRule a(ReplyRule::MatchText, "AT\\r\\n", ReplyRule::ReplyText, "OK\\r\\n");
+        ReplyRule b(ReplyRule::MatchRegex, "TEMP=(\\d+)", ReplyRule::ReplyHex, "06", 1000, 20);
         b.enabled = false;
-        b.matchKind = ReplyRule::MatchRegex;
-        b.pattern = "TEMP=(\\d+)";
-        b.replyKind = ReplyRule::ReplyHex;
-        b.reply = "06";
-        b.delayMs = 20;
-        b.minIntervalMs = 1000;
         QTemporaryDir dir;
         const QString path = dir.filePath("rules.json");
         QString why;
@@ -62,7 +54,7 @@ private slots:
         QCOMPARE(back, (QList<ReplyRule>{a, b}));
         // only the pattern is required
         QVERIFY(ReplyRuleFile::parse("{\"rules\": [{\"pattern\": \"AT\"}]}", &back, &why));
-        QCOMPARE(back, QList<ReplyRule>{[] { ReplyRule r; r.pattern = "AT"; return r; }()});
+        QCOMPARE(back, QList<ReplyRule>{ReplyRule(ReplyRule::MatchText, "AT")});
     }
 
     void unwritableAndMissingFilesFailWithTheirPath()

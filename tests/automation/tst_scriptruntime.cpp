@@ -78,7 +78,7 @@ private slots:
         QTest::addColumn<QString>("reason");
         QTest::newRow("syntax") << "var a = 1;\nvar b = (2;\n" << "test.js:2: SyntaxError";
         QTest::newRow("in onData") << "function onData(b) {\n\n    undefinedThing();\n}\n" << "test.js:3: ReferenceError";
-        QTest::newRow("in a helper") << "function onData(b) {\n    send({});\n}\n" << "test.js:2";
+        QTest::newRow("in a helper") << "function onData(b) {\n    send({});\n}\n" << "test.js:2: TypeError";
         QTest::newRow("bad hex") << "function onData(b) {\n    fromHex('0G');\n}\n" << "fromHex";
         QTest::newRow("thrown in a timer") << "setTimeout(function () {\n    throw new Error('boom');\n}, 0);\n" << "test.js:2: Error: boom";
     }
