@@ -9,7 +9,8 @@
 #include "ScriptRuntime.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
+#include <QDir>
+#include <QKeyEvent>
 #include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
@@ -53,6 +54,7 @@ AutomationWindow::AutomationWindow(LinkTap *tap, const QString &pageName, QWidge
 
 AutomationWindow::~AutomationWindow()
 {
+    saveState();
     // the runtime is a child and goes with the window; its signals must not reach
     // widgets already gone
     m_runtime->disconnect(this);
@@ -516,9 +518,47 @@ QString AutomationWindow::askFile(bool save, const QString &filter)
     return dialog.exitfile();
 }
 
-void AutomationWindow::closeEvent(QCloseEvent *event)
+void AutomationWindow::reject()
 {
+    // closing by the title bar ends here too (QDialog::closeEvent rejects)
     m_chkRulesOn->setChecked(false);
     m_runtime->stop();
-    QDialog::closeEvent(event);
+    saveState();
+    QDialog::reject();
+}
+
+void AutomationWindow::keyPressEvent(QKeyEvent *event)
+{
+    // Escape in the editor must not stop a running automation
+    if (event->key() == Qt::Key_Escape)
+        return;
+    QDialog::keyPressEvent(event);
+}
+
+void AutomationWindow::setStateFiles(const QString &rulesPath, const QString &scriptPath)
+{
+    m_strStateRules = rulesPath;
+    m_strStateScript = scriptPath;
+    if (QFile::exists(rulesPath))
+        loadRules(rulesPath);
+    if (QFile::exists(scriptPath)) {
+        loadScript(scriptPath);
+        // the kept copy is not the user's file: Save asks for a name again
+        m_strScriptFile.clear();
+        m_labScriptFile->setText("未命名");
+        m_labScriptFile->setToolTip(QString());
+    }
+}
+
+void AutomationWindow::saveState()
+{
+    if (m_strStateRules.isEmpty())
+        return;
+    QDir().mkpath(QFileInfo(m_strStateRules).path());
+    ReplyRuleFile::save(m_strStateRules, rules(), nullptr);
+    QSaveFile file(m_strStateScript);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(m_edtScript->toPlainText().toUtf8());
+        file.commit();
+    }
 }

@@ -23,8 +23,9 @@ class ScriptRuntime;
 // Received bytes come from the tap before any display rule; replies and send() go out
 // through the tap, so the page counts and shows them as its own. Closing the window
 // switches the rules off and stops the script: nothing answers on a link whose window
-// is out of sight. File choices go through the Slt* slots; loadRules, saveRules,
-// loadScript and saveScript do the work after the choice.
+// is out of sight; Escape does not close it. File choices go through the Slt* slots;
+// loadRules, saveRules, loadScript and saveScript do the work after the choice. With
+// state files set, the rules and the script are kept there across runs.
 class AutomationWindow : public QDialog
 {
     Q_OBJECT
@@ -40,6 +41,9 @@ public:
     bool saveRules(const QString &path);
     bool loadScript(const QString &path);
     bool saveScript(const QString &path);
+    // loads what the files hold, and saves there on close and destruction
+    void setStateFiles(const QString &rulesPath, const QString &scriptPath);
+    void saveState();
 
     LinkTap *tap() const { return m_tap; }
     AutoReplyRunner *runner() const { return m_runner; }
@@ -75,8 +79,10 @@ public slots:
     void SltScriptFinished(const QString &reason);
     void SltCursorMoved();
 
+    void reject() override;
+
 protected:
-    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void InitWidget();
@@ -107,6 +113,8 @@ private:
     QPushButton *m_btnRun;
     QPushButton *m_btnStop;
     QString m_strScriptFile;
+    QString m_strStateRules;
+    QString m_strStateScript;
     bool m_bFilling = false;
 };
 

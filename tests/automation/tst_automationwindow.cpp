@@ -95,15 +95,21 @@ private slots:
         QVERIFY(!window.runtime()->isRunning());
     }
 
-    void scriptsRoundTripThroughFiles()
+    void rulesAndScriptAreKeptForTheNextRun()
     {
-        AutomationWindow window(nullptr, "");
         QTemporaryDir dir;
-        window.editor()->setPlainText("// 温度\nlog(1);\n");
-        QVERIFY(window.saveScript(dir.filePath("a.js")));
-        window.editor()->clear();
-        QVERIFY(window.loadScript(dir.filePath("a.js")));
+        const QString kept = dir.filePath("conf/automation/page2");
+        {
+            AutomationWindow window(nullptr, "");
+            window.setStateFiles(kept + ".json", kept + ".js");
+            window.editor()->setPlainText("// 温度\nlog(1);\n");
+            LarkTest::click(&window, "添加");
+        }
+        AutomationWindow window(nullptr, "");
+        window.setStateFiles(kept + ".json", kept + ".js");
         QCOMPARE(window.editor()->toPlainText(), QString("// 温度\nlog(1);\n"));
+        QCOMPARE(window.rules().size(), 1);
+        QVERIFY(window.saveScript(dir.filePath("a.js")) && window.loadScript(dir.filePath("a.js")));
         QVERIFY(!window.loadScript(dir.filePath("missing.js")));
     }
 };

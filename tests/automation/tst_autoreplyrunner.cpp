@@ -49,16 +49,17 @@ private slots:
         AutoReplyRunner runner;
         runner.setTap(&rig.tap);
         runner.setRules({ReplyRule(Text, "AT", ReplyRule::ReplyText, "OK", 60000),
-                         ReplyRule(Text, "A", ReplyRule::ReplyText, "late", 0, 50),
-                         ReplyRule(Text, "END", ReplyRule::ReplyText, "DONE", 0, 100)});
+                         ReplyRule(Text, "X", ReplyRule::ReplyText, "late", 0, 1000),
+                         ReplyRule(Text, "END", ReplyRule::ReplyText, "DONE", 0, 1200)});
         runner.setActive(true);
         QSignalSpy received(&rig.tap, SIGNAL(received(QByteArray)));
         for (int i = 0; i < 5; ++i) {
             rig.boardWrite("AT");
             QVERIFY(received.wait());
         }
-        // the five "late" replies are waiting; a new life of the link drops them, and
-        // DONE leaves after the time they would have
+        // a new life of the link drops the waiting "late"; DONE's timer is due after it
+        rig.boardWrite("X");
+        QVERIFY(received.wait());
         rig.tap.reportClosed();
         rig.tap.reportOpened("again");
         rig.boardWrite("END");
