@@ -341,8 +341,11 @@ void AutomationWindow::SltRulesSwitched(bool on)
 
 void AutomationWindow::SltRuleFired(int row, int count)
 {
+    // a count is not an edit of the rules
+    m_bFilling = true;
     if (QTableWidgetItem *item = m_table->item(row, ColCount))
         item->setText(QString::number(count));
+    m_bFilling = false;
 }
 
 void AutomationWindow::SltRuleProblem(int row, const QString &text)
