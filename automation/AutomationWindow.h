@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QList>
 #include <QPointer>
+#include <QPair>
+#include <QVector>
 
 #include "ReplyRule.h"
 
@@ -15,6 +17,7 @@ class QPlainTextEdit;
 class QPushButton;
 class QStackedWidget;
 class QTableWidget;
+class QTimer;
 class QtTabBar;
 class QtTitleBar;
 class ScriptRuntime;
@@ -75,6 +78,7 @@ public slots:
     void SltRunScript();
     void SltStopScript();
     void SltScriptLog(const QString &text);
+    void SltFlushLog();
     void SltScriptStarted();
     void SltScriptFinished(const QString &reason);
     void SltCursorMoved();
@@ -107,6 +111,9 @@ private:
     QLabel *m_labRules;
     QPlainTextEdit *m_edtScript;
     QPlainTextEdit *m_edtLog;
+    QTimer *m_logTimer;
+    QVector<QPair<int, QString>> m_logPending; // ms of the day, line
+    int m_nLogDropped = 0;
     QLabel *m_labScriptFile;
     QLabel *m_labScriptState;
     QLabel *m_labCursor;
