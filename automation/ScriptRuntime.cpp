@@ -175,7 +175,7 @@ bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args, const QString &e
 bool ScriptRuntime::check(const QJSValue &result, bool timedOut, const QString &entry)
 {
     if (timedOut) {
-        m_engine->setInterrupted(false);
+        // the interrupted engine goes with the script; a new run gets a fresh one
         end(QString("%1 单次运行超过 %2 ms，脚本已中断（死循环？请用 setTimeout/setInterval 代替等待）")
                 .arg(entry).arg(CallLimitMs));
     } else if (result.isError()) {
