@@ -10,6 +10,20 @@
 #include <cstdlib>
 #include <cstring>
 
+// Qt 5.15's JSON reader leaks the first value of a key given twice when that value is an
+// object or an array ({"a": {}, "a": 1}). The leak is Qt's, small and once per file read,
+// so this target does not report it; everything else still does. Qt has no frame
+// pointers: only full unwinding sees the reader in the allocation's stack.
+extern "C" const char *__lsan_default_suppressions()
+{
+    return "leak:QJsonDocument::fromJson\n";
+}
+
+extern "C" const char *__asan_default_options()
+{
+    return "fast_unwind_on_malloc=0";
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const auto *nul = static_cast<const uint8_t *>(memchr(data, 0, size));
