@@ -31,7 +31,7 @@ VERSION ?= 1.0.1.5
 DEBS = cmake g++ make pkg-config ccache \
        qtbase5-dev qtbase5-private-dev libqt5serialport5-dev qttranslations5-l10n \
        libqt5x11extras5-dev libxcb1-dev \
-       libqcustomplot-dev okteta-dev libbenchmark-dev \
+       libqcustomplot-dev okteta-dev libbenchmark-dev qtdeclarative5-dev libpcre2-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat nginx-light \
        ser2net

@@ -23,6 +23,7 @@
 #include "SerialportWidget.h"
 #include "LinkTools.h"
 #include "ToolsMenu.h"
+#include "AutomationWindow.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -146,6 +147,9 @@ void MainWindow::AddSystemMenu()
     QAction *plotAction = m_toolsMenu->addPageAction("波形绘图…", ToolsMenu::hasLink);
     plotAction->setShortcut(QKeySequence("Ctrl+Shift+G"));
     connect(plotAction, SIGNAL(triggered()), this, SLOT(SltOpenPlot()));
+    QAction *automation = m_toolsMenu->addPageAction("自动应答与脚本…", ToolsMenu::hasLink);
+    automation->setShortcut(QKeySequence("Ctrl+Shift+A"));
+    connect(automation, SIGNAL(triggered()), this, SLOT(SltShowAutomation()));
     layout->addWidget(btnTools);
     AddEditorTools();
     // capture, reopen and control lines; a running capture shows in the status bar
@@ -280,6 +284,29 @@ QString MainWindow::aboutText()
 void MainWindow::SltBtnHelpClicked()
 {
     QDesktopServices::openUrl(QUrl(helpUrl()));
+}
+
+void MainWindow::SltShowAutomation()
+{
+    // one window per page, kept while the program runs so its rules and script stay
+    LinkTap *tap = m_toolsMenu->currentPage() ? m_toolsMenu->currentPage()->linkTap() : nullptr;
+    if (!tap)
+        return;
+    AutomationWindow *window = nullptr;
+    for (AutomationWindow *w : findChildren<AutomationWindow *>()) {
+        if (w->tap() == tap)
+            window = w;
+    }
+    if (!window) {
+        static const char *const names[] = {"串口调试助手", "摄像头调试助手", "网络调试助手", "PID调试助手", "二进制文件编辑器"};
+        const int index = m_toolsMenu->currentIndex();
+        window = new AutomationWindow(tap, index >= 0 && index < 5 ? names[index] : "", this);
+        const QString kept = QCoreApplication::applicationDirPath() + QString("/conf/automation/page%1").arg(index);
+        window->setStateFiles(kept + ".json", kept + ".js");
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 void MainWindow::closeApp()

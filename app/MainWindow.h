@@ -49,6 +49,7 @@ public slots:
     void SltBtnHelpClicked();
     // a plot of the shown page's link, beside the page
     void SltOpenPlot();
+    void SltShowAutomation();
     void closeApp();
 
 private:

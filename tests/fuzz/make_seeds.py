@@ -118,3 +118,12 @@ write('plotframeparser', 'sensor', chunked(0, b'\x01' + sensor + b'\xaa\x55' + s
 write('plotframeparser', 'pid', chunked(1, pid_frame(1, 2, struct.pack('<i', 1234)) * 2, 6))
 write('plotframedefinition', 'sensor', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_sensor.json'), 'rb').read())
 write('plotframedefinition', 'pid', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_pid.json'), 'rb').read())
+# reply rules: an option byte (bit 0: GB18030) and the typed text
+write('replyescape', 'text', b'\x00AT\\r\\n\\x41 55 aa')
+write('replyescape', 'gb18030', b'\x01' + '温度\\t\\\\'.encode('utf-8'))
+write('replyescape', 'hex', b'\x00AA 55 0d')
+# a rule file, a NUL, then the received stream in chunks
+rules = ('{"rules": [{"pattern": "AT\\\\r\\\\n", "reply": "OK\\\\r\\\\n"},'
+         ' {"match": "hex", "pattern": "AA 55", "reply": "01", "replyAs": "hex", "minIntervalMs": 5},'
+         ' {"match": "regex", "pattern": "T=(\\\\d+);", "enabled": true, "delayMs": 3}]}')
+write('replyrulefile', 'rules', rules.encode() + b'\x00' + b'\x05AT\r\n\x03\xaaU\x01\x06T=12;x')
