@@ -10,10 +10,10 @@ Prints a table; writes report records to OUT when given.
 
 usage: peers_compare.py PROGRAM [OUT.json] [--rounds N] [--idle SECONDS] [--only NAME,...]
 Needs xev (x11-utils) and, without a display, Xvfb."""
-import glob
 import json
 import os
 import shutil
+import select
 import signal
 import statistics
 import subprocess
@@ -21,22 +21,10 @@ import sys
 import tempfile
 import time
 
-from larkproc import ensure_display
+from larkproc import ensure_display, run_seconds
 
 PEERS = [('cutecom', ['cutecom']), ('gtkterm', ['gtkterm']), ('putty', ['putty']),
          ('packetsender', ['packetsender']), ('okteta', ['okteta']), ('ghex', ['ghex'])]
-
-
-def run_seconds(pid):
-    """CPU seconds of every thread of pid, from /proc/PID/task/*/schedstat (ns)"""
-    total = 0
-    for path in glob.glob('/proc/%d/task/*/schedstat' % pid):
-        try:
-            with open(path) as f:
-                total += int(f.read().split()[0])
-        except (OSError, ValueError, IndexError):
-            pass  # a thread that just ended
-    return total / 1e9
 
 
 def stop(proc):
@@ -49,18 +37,24 @@ def stop(proc):
 
 
 def measure(argv, idle, env):
-    xev = subprocess.Popen(['xev', '-root', '-event', 'substructure'], stdout=subprocess.PIPE,
-                           text=True, bufsize=1)
+    xev = subprocess.Popen(['xev', '-root', '-event', 'substructure'], stdout=subprocess.PIPE)
     time.sleep(0.3)  # xev has selected the events once it runs
     t0 = time.monotonic()
     proc = subprocess.Popen(argv, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=env)
     try:
         startup = None
+        seen = b''
         while startup is None:
-            line = xev.stdout.readline()
-            if not line:
+            # a program that ends or never shows a window is reported, not waited for
+            if not select.select([xev.stdout], [], [], 0.2)[0]:
+                if proc.poll() is not None or time.monotonic() - t0 > 30:
+                    raise RuntimeError('%s showed no window (exit status %s)' % (argv[0], proc.poll()))
+                continue
+            chunk = os.read(xev.stdout.fileno(), 65536)
+            if not chunk:
                 raise RuntimeError('xev ended')
-            if line.startswith('MapNotify'):
+            seen += chunk
+            if b'\nMapNotify' in b'\n' + seen:
                 startup = (time.monotonic() - t0) * 1000
         xev.terminate()
         xev.wait()
@@ -103,8 +97,13 @@ def main():
                XDG_CACHE_HOME=home + '/.cache', XDG_DATA_HOME=home + '/.local/share')
     results = {name: [] for name, _ in programs}
     try:
-        for name, cmd in programs:
-            measure(cmd, 0.1, env)
+        for name, cmd in list(programs):
+            try:
+                measure(cmd, 0.1, env)
+            except RuntimeError as e:
+                print('%s: left out: %s' % (name, e), flush=True)
+                programs.remove((name, cmd))
+                del results[name]
         for _ in range(int(opts['--rounds'])):
             for name, cmd in programs:
                 results[name].append(measure(cmd, float(opts['--idle']), env))
