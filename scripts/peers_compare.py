@@ -61,7 +61,8 @@ def measure(argv, idle, env):
         time.sleep(4)  # what start-up left to do is not idling
         c0, w0 = run_seconds(proc.pid), time.monotonic()
         time.sleep(idle)
-        percent = (run_seconds(proc.pid) - c0) / (time.monotonic() - w0) * 100
+        # threads that end take their counts with them: a quiet program can read below zero
+        percent = max(0.0, (run_seconds(proc.pid) - c0) / (time.monotonic() - w0) * 100)
         return startup, percent
     finally:
         stop(proc)
