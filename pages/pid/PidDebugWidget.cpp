@@ -230,6 +230,9 @@ void PidDebugWidget::InitPlot()
     m_customPlot->yAxis->setLabel("幅度值");
 
     m_customPlot->setBackground(QBrush(QColor("#1e1e1e")));
+    // the solid background covers every pixel: nothing behind the plot needs painting
+    // again on each frame
+    m_customPlot->setAttribute(Qt::WA_OpaquePaintEvent);
     m_customPlot->axisRect()->setBackground(QBrush(QColor("#302f2f")));
     const QPen gridPen(QBrush(QColor("#454443")), 1, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
     const QColor lineColor("#454443");
