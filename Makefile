@@ -7,8 +7,8 @@
 #              Sanitizer in a build folder of its own
 # make fuzz  : every fuzz target for FUZZ_SECONDS (default 60) each, or FUZZ_RUNS
 #              executions if that comes first, with ASan and UBSan; fails on any finding
-# make bench : build and run the benchmarks (and, beside the editor page's, time
-#              Okteta and GHex opening the same file size)
+# make bench : build and run the benchmarks (and time the desktop peers: start-up, idle,
+#              Okteta and GHex opening the same file size, PuTTY on the same streams)
 # make package : the Debian package (build-pkg/larktools_*.deb), checked with
 #              desktop-file-validate, appstreamcli and lintian
 # make dist  : the portable release zip and the update server's version reply
@@ -35,9 +35,9 @@ DEBS = cmake g++ make pkg-config ccache \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
        xvfb xauth imagemagick socat nginx-light \
        ser2net
-# only the benchmarks need these: two desktop hex editors and a terminal timed for
-# comparison
-BENCH_DEBS = okteta ghex xdotool putty
+# only the benchmarks need these: the desktop peers timed for comparison (two hex
+# editors, serial terminals, a network tool) and the X tools that watch them
+BENCH_DEBS = okteta ghex xdotool putty cutecom gtkterm packetsender x11-utils
 # only the fuzz targets need these: libFuzzer comes with clang
 FUZZ_DEBS = clang-14 libfuzzer-14-dev
 # only the package needs these: its checkers and dpkg-shlibdeps

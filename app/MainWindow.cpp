@@ -82,11 +82,11 @@ void MainWindow::InitWidget()
 
     connect(m_tabBar, SIGNAL(signalClicked(int)), this, SLOT(SltTabBarClicked(int)));
 
-    m_serialPage = new SerialportWidget(this);
-    m_cameraPage = new CameraDebugWidget(this);
-    m_networkPage = new NetworkToolWidget(this);
-    m_pidPage = new PidDebugWidget(this);
-    m_hexEditPage = new HexEditWidget(this);
+    m_serialPage = new SerialportWidget(m_stackedWidget);
+    m_cameraPage = new CameraDebugWidget(m_stackedWidget);
+    m_networkPage = new NetworkToolWidget(m_stackedWidget);
+    m_pidPage = new PidDebugWidget(m_stackedWidget);
+    m_hexEditPage = new HexEditWidget(m_stackedWidget);
     m_stackedWidget->addWidget(m_serialPage);
     m_stackedWidget->addWidget(m_cameraPage);
     m_stackedWidget->addWidget(m_networkPage);

@@ -9,6 +9,11 @@
 
 int main(int argc, char *argv[])
 {
+    // Nothing here draws with OpenGL, yet on X the first window would load the GL
+    // driver to pick its visual: tens of milliseconds before anything shows. A choice
+    // the user made in the environment stands.
+    if (qEnvironmentVariableIsEmpty("QT_XCB_GL_INTEGRATION"))
+        qputenv("QT_XCB_GL_INTEGRATION", "none");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication *app = new QApplication(argc, argv);
     QApplication::setApplicationName(QString::fromUtf8("云雀多功能调试助手"));

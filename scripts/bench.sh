@@ -28,6 +28,18 @@ if [ -x "$host" ] && command -v putty >/dev/null 2>&1 && command -v socat >/dev/
     echo "== serial page against PuTTY"
     python3 "$root/scripts/serial_vs_putty.py" "$host" "$tmp/records_putty.json" --mb "${PUTTY_MB:-5}"
 fi
+# the PID page against larksim's board at 5 channels x 1 kHz, whole-process CPU
+pidhost="$build/bench/pid_host.d/lark_pid_host"
+if [ -x "$pidhost" ] && [ -x "$build/larksim" ]; then
+    echo "== PID page live"
+    python3 "$root/scripts/pid_cpu.py" "$pidhost" "$build/larksim" "$tmp/records_pid.json" --rounds 2
+fi
+# start-up to the first window and idle CPU, ours and the desktop peers taking turns
+if command -v Xvfb >/dev/null 2>&1 && command -v xev >/dev/null 2>&1; then
+    echo "== start-up and idle beside the peers"
+    python3 "$root/scripts/peers_compare.py" "$build/larkTools" "$tmp/records_peers.json" \
+        --rounds "${PEER_ROUNDS:-3}" --idle "${PEER_IDLE_SECONDS:-20}"
+fi
 if command -v Xvfb >/dev/null 2>&1; then
     echo "== the whole program idle"
     python3 "$root/scripts/idle_cpu.py" "$build/larkTools" "${IDLE_SECONDS:-60}" "$tmp/records_idle.json"

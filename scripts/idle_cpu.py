@@ -10,7 +10,7 @@ import subprocess
 import sys
 import time
 
-from larkproc import cpu_seconds, ensure_display
+from larkproc import ensure_display, run_seconds
 
 ensure_display()
 program = sys.argv[1]
@@ -20,14 +20,14 @@ out = sys.argv[3] if len(sys.argv) > 3 else None
 proc = subprocess.Popen([program], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 try:
     time.sleep(5)  # start-up is not idling
-    c0 = cpu_seconds(proc.pid)
+    c0 = run_seconds(proc.pid)
     time.sleep(seconds)
-    used = cpu_seconds(proc.pid) - c0
+    used = run_seconds(proc.pid) - c0
 finally:
     proc.terminate()
     proc.wait()
 percent = used / seconds * 100
-print('idle CPU over %g s: %.3f %% of a core' % (seconds, percent))
+print('idle CPU over %g s: %.4f %% of a core' % (seconds, percent))
 if out:
     with open(out, 'w') as f:
         json.dump([{'name': 'idle/cpu_percent_of_core', 'value': percent, 'unit': '%',

@@ -362,6 +362,50 @@ private slots:
         at<QComboBox>("PID值配置", 8)->setCurrentIndex(1); // wheel zoom on the value axis
         QCOMPARE(m_plot->axisRect()->rangeZoom(), Qt::Vertical);
     }
+
+    // What the curves hold for a stream, whatever the reads it arrives in: per graph,
+    // its values in order (target curves 0-4 draw the stored target beside each
+    // sample, actual curves 5-9 the sample), keys rising and shared by each pair; the
+    // value axis fits the channel of the newest sample.
+    void samplesBecomeTheSamePoints_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("reads");
+        QTest::addColumn<QString>("points"); // "graph:values" of every non-empty graph, then the value axis
+        const QByteArray one = boardFrame(1, 1, le(50)) + boardFrame(1, 2, le(10)) + boardFrame(1, 2, le(-20)) + boardFrame(1, 2, le(30));
+        QTest::newRow("one read") << QList<QByteArray>{one} << "0:50,50,50 5:10,-20,30 y:-20,30";
+        QTest::newRow("frames cut anywhere") << QList<QByteArray>{one.left(3), one.mid(3, 17), one.mid(20)}
+                                             << "0:50,50,50 5:10,-20,30 y:-20,30";
+        QByteArray five;
+        for (int k = 0; k < 15; ++k) // targets of CH1 to CH5, then samples from CH5 down, twice
+            five += k < 5 ? boardFrame(k + 1, 1, le(k * 10 + 10)) : boardFrame(5 - k % 5, 2, le((5 - k % 5) * 100 + k / 10));
+        QTest::newRow("five channels interleaved") << QList<QByteArray>{five}
+            << "0:10,10 1:20,20 2:30,30 3:40,40 4:50,50 5:100,101 6:200,201 7:300,301 8:400,401 9:500,501 y:100,101";
+        QTest::newRow("target changes between samples") // one value: the span of 120 stays
+            << QList<QByteArray>{boardFrame(3, 2, le(-5)), boardFrame(3, 1, le(8)) + boardFrame(3, 2, le(-5))}
+            << "2:0,8 7:-5,-5 y:-65,55";
+    }
+    void samplesBecomeTheSamePoints()
+    {
+        QFETCH(QList<QByteArray>, reads);
+        m_plot->yAxis->setRange(-60, 60);
+        for (const QByteArray &read : reads)
+            emit m_page->serialPort()->bytesRead(read);
+        QStringList got;
+        for (int g = 0; g < m_plot->graphCount(); ++g) {
+            QStringList values;
+            const auto data = m_plot->graph(g)->data();
+            for (int i = 0; i < data->size(); ++i) {
+                values << QString::number(data->at(i)->value);
+                QCOMPARE(data->at(i)->key, m_plot->graph(g < 5 ? g + 5 : g - 5)->data()->at(i)->key);
+                QVERIFY(i == 0 || data->at(i)->key >= data->at(i - 1)->key);
+            }
+            if (!values.isEmpty())
+                got << QString::number(g) + ':' + values.join(',');
+        }
+        got << QString("y:%1,%2").arg(m_plot->yAxis->range().lower).arg(m_plot->yAxis->range().upper);
+        QFETCH(QString, points);
+        QCOMPARE(got.join(' '), points);
+    }
 };
 
 LARK_TEST_MAIN(TstPidDebugWidget)
