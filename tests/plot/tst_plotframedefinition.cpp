@@ -94,7 +94,7 @@ private slots:
     void savedDefinitionsLoadBackUnchanged()
     {
         QFETCH(QString, example);
-        const QString path = QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/" + example);
+        const QString path = QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + example);
         PlotFrameDefinition def, again;
         QString error;
         QVERIFY2(PlotFrameDefinition::load(path, &def, &error), qPrintable(error));

@@ -9,7 +9,7 @@ static PlotFrameDefinition example(const QString &name)
     PlotFrameDefinition def;
     QString error;
     if (name.startsWith('{') ? !PlotFrameDefinition::fromJson(name.toUtf8(), &def, &error)
-                             : !PlotFrameDefinition::load(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/" + name), &def, &error))
+                             : !PlotFrameDefinition::load(QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + name), &def, &error))
         qWarning() << error;
     return def;
 }

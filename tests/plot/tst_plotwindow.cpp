@@ -85,7 +85,7 @@ private slots:
         });
         PlotWindow w(&tap, "plot");
         QString error;
-        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/larksim_sensor.json"), &error), qPrintable(error));
+        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_PLOT_EXAMPLES "/larksim_sensor.json"), &error), qPrintable(error));
         w.setMode(PlotWindow::BinaryFrames);
         SimProcess sim;
         QVERIFY(sim.start({"text", "--kind", "frame", "--udp", QString("127.0.0.1:%1").arg(socket.localPort()),
@@ -106,7 +106,7 @@ private slots:
         QVERIFY(board.start({"pid", "--pty"}));
         PlotWindow w(&board.tap, "plot");
         QString error;
-        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_TEST_DATA_DIR "/../../plot/examples/larksim_pid.json"), &error), qPrintable(error));
+        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_PLOT_EXAMPLES "/larksim_pid.json"), &error), qPrintable(error));
         w.setMode(PlotWindow::BinaryFrames);
         board.port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
         QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
