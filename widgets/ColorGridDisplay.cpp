@@ -1,13 +1,9 @@
 #include "ColorGridDisplay.h"
+#include "ColorPanelGeometry.h"
 #include "ColorRole.h"
 
 #include <QMouseEvent>
 #include <QPainter>
-
-namespace {
-const int s_nSpacing = 3;   // gap between cells
-const int s_nTitleTop = 26; // first row of cells, under the title strip
-} // namespace
 
 ColorGridDisplay::ColorGridDisplay(QWidget *parent)
     : QWidget(parent)
@@ -31,21 +27,11 @@ QSize ColorGridDisplay::sizeHint() const
     return QSize(250, 90);
 }
 
-QRect ColorGridDisplay::cellRect(const QSize &size, int rows, int columns, int id)
-{
-    const int cellWidth = (size.width() + s_nSpacing - s_nSpacing * columns) / columns;
-    const int cellHeight = (size.height() - 1 + s_nSpacing - s_nSpacing * rows - 25) / rows;
-    const int row = id / columns;
-    const int column = id % columns;
-    return QRect((cellWidth + s_nSpacing) * column, (cellHeight + s_nSpacing) * row + s_nTitleTop,
-                 cellWidth, cellHeight);
-}
-
 void ColorGridDisplay::setGridColors(const QStringList &colors)
 {
     for (int i = 0; i < colors.size(); ++i) {
         if (!m_mapColors.contains(i))
-            m_mapColors.insert(i, new ColorRole(i, cellRect(size(), m_nRows, m_nColumns, i), Qt::white));
+            m_mapColors.insert(i, new ColorRole(i, ColorPanelGeometry::cellRect(size(), m_nRows, m_nColumns, i), Qt::white));
         m_mapColors.value(i)->setColor(QColor(colors.at(i)));
     }
     update();
@@ -68,11 +54,11 @@ void ColorGridDisplay::setCellSize(int rows, int columns)
 {
     m_nRows = rows;
     m_nColumns = columns;
-    const QRect first = cellRect(size(), rows, columns, 0);
+    const QRect first = ColorPanelGeometry::cellRect(size(), rows, columns, 0);
     m_nCellWidth = first.width();
     m_nCellHeight = first.height();
     for (int id = 0; id < rows * columns; ++id) {
-        const QRect rect = cellRect(size(), rows, columns, id);
+        const QRect rect = ColorPanelGeometry::cellRect(size(), rows, columns, id);
         if (m_mapColors.contains(id))
             m_mapColors.value(id)->setRect(rect);
         else

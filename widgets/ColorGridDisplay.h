@@ -30,9 +30,6 @@ public:
     int currentId() const { return m_nCurrentId; }
     // the cell containing pos, or -1 (the title strip and the gaps hold none)
     int cellAt(const QPoint &pos) const;
-    // where cell id sits in a grid of that size, rows and columns; the top 26 pixels
-    // belong to the title
-    static QRect cellRect(const QSize &size, int rows, int columns, int id);
 
 signals:
     void colorChanged(const QColor &color);

@@ -1,4 +1,5 @@
 #include "ColorPanelBar.h"
+#include "ColorPanelGeometry.h"
 
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -101,31 +102,11 @@ void ColorPanelBar::setPercent(double percent)
         m_dValue = percent / 100 * (m_dMaxValue - m_dMinValue);
 }
 
-int ColorPanelBar::travelOf(int height, int percentHeight, int borderWidth, int percentBorder)
-{
-    return height - percentHeight - 2 * borderWidth - 2 * percentBorder;
-}
-
-double ColorPanelBar::percentAt(int y, int percentHeight, int travel)
-{
-    const int offset = y - percentHeight / 2;
-    if (offset < 0)
-        return 100;
-    if (offset > travel)
-        return 0;
-    return (1 - double(offset) / travel) * 100;
-}
-
-int ColorPanelBar::colorRow(double percent, int height)
-{
-    return qMin(int(height - percent / 100 * height + 1), height - 1);
-}
-
 void ColorPanelBar::resizeEvent(QResizeEvent *)
 {
     if (m_bAutoHeight)
         m_nPercentHeight = height() / 13;
-    m_nTravel = travelOf(height(), m_nPercentHeight, m_nBorderWidth, m_nPercentBorder);
+    m_nTravel = ColorPanelGeometry::travelOf(height(), m_nPercentHeight, m_nBorderWidth, m_nPercentBorder);
 
     const int half = m_nBorderWidth / 2;
     m_rectBar = rect().adjusted(half, half, -half, -half);
@@ -168,7 +149,7 @@ void ColorPanelBar::initColor()
     const QImage image = m_pixmapBg.toImage();
     if (image.isNull())
         return;
-    m_color = image.pixelColor(m_rectBar.width() / 2, colorRow(m_dPercent, height()));
+    m_color = image.pixelColor(m_rectBar.width() / 2, ColorPanelGeometry::colorRow(m_dPercent, height()));
 }
 
 void ColorPanelBar::mousePressEvent(QMouseEvent *event)
@@ -186,7 +167,7 @@ void ColorPanelBar::mouseReleaseEvent(QMouseEvent *event)
 void ColorPanelBar::mouseMoveEvent(QMouseEvent *event)
 {
     const int offset = event->pos().y() - m_nPercentHeight / 2;
-    m_dPercent = percentAt(event->pos().y(), m_nPercentHeight, m_nTravel);
+    m_dPercent = ColorPanelGeometry::percentAt(event->pos().y(), m_nPercentHeight, m_nTravel);
     if (offset < 0) {
         m_dValue = m_dMaxValue;
         m_color = m_colorTop;

@@ -65,13 +65,6 @@ public:
     bool getPressed() const { return m_bPressed; }
     QRect getBarRect() const { return m_rectBar; }
 
-    // how far the handle moves in a bar of that height
-    static int travelOf(int height, int percentHeight, int borderWidth, int percentBorder);
-    // the percent for a mouse at y: 100 above the travel, 0 below it
-    static double percentAt(int y, int percentHeight, int travel);
-    // the picture row whose colour stands for a percent, in a bar of that height
-    static int colorRow(double percent, int height);
-
 signals:
     void colorChanged(const QColor &color);
 

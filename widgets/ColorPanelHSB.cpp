@@ -1,4 +1,5 @@
 #include "ColorPanelHSB.h"
+#include "ColorPanelGeometry.h"
 
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -59,21 +60,6 @@ void ColorPanelHSB::setCursorColor(const QColor &color)
         m_colorCursor = color;
         update();
     }
-}
-
-QPoint ColorPanelHSB::clampPosition(const QPoint &pos, const QSize &size, int border)
-{
-    return QPoint(qBound(border, pos.x(), size.width() - border), qBound(border, pos.y(), size.height() - border));
-}
-
-double ColorPanelHSB::hueAt(int x, int width, int border)
-{
-    return double(x - border) / (width - 2 * border) * 360;
-}
-
-double ColorPanelHSB::saturationAt(int y, int height, int border)
-{
-    return 100 - double(y - border) / (height - 2 * border) * 100;
 }
 
 void ColorPanelHSB::drawBackground()
@@ -139,15 +125,15 @@ void ColorPanelHSB::mousePressEvent(QMouseEvent *event)
 
 void ColorPanelHSB::mouseMoveEvent(QMouseEvent *event)
 {
-    const QPoint pos = clampPosition(event->pos(), size(), m_nBorderWidth);
+    const QPoint pos = ColorPanelGeometry::clampPosition(event->pos(), size(), m_nBorderWidth);
     m_nCursorX = pos.x();
     m_nCursorY = pos.y();
     // the clamp reaches one past the last pixel, which the picture has no colour for
     const QImage image = m_pixmapBg.toImage();
     if (!image.isNull())
         m_color = image.pixelColor(qMin(pos.x(), image.width() - 1), qMin(pos.y(), image.height() - 1));
-    m_dHue = hueAt(pos.x(), width(), m_nBorderWidth);
-    m_dSaturation = saturationAt(pos.y(), height(), m_nBorderWidth);
+    m_dHue = ColorPanelGeometry::hueAt(pos.x(), width(), m_nBorderWidth);
+    m_dSaturation = ColorPanelGeometry::saturationAt(pos.y(), height(), m_nBorderWidth);
     update();
     emit colorChanged(m_color);
 }

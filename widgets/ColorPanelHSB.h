@@ -30,13 +30,6 @@ public:
     double getSaturation() const { return m_dSaturation; }
     QPoint getCursorPos() const { return QPoint(m_nCursorX, m_nCursorY); }
 
-    // pos kept inside the border of a field of that size
-    static QPoint clampPosition(const QPoint &pos, const QSize &size, int border);
-    // hue (0 to 360) and saturation (100 at the top, 0 at the bottom) at a clamped
-    // position of a field of that size
-    static double hueAt(int x, int width, int border);
-    static double saturationAt(int y, int height, int border);
-
 signals:
     void colorChanged(const QColor &color);
 

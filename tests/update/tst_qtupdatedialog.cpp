@@ -12,7 +12,6 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QTimer>
@@ -33,7 +32,6 @@ private slots:
     void downloadUnpacksAndRestarts_data();
     void downloadUnpacksAndRestarts();
     void aCopyItCannotOverwriteIsLeftToThePackageManager();
-    void theRunningProgramIsReplacedWhole();
     void anArchiveThatCannotBeReadStopsBeforeTheRestart();
 
 protected slots:
@@ -232,27 +230,6 @@ void TstQtUpdateDialog::aCopyItCannotOverwriteIsLeftToThePackageManager()
     QCOMPARE(dlg->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->text(), managed);
     QTest::qWait(0);
     QVERIFY(!m_requests.join().contains("/up/"));
-}
-
-void TstQtUpdateDialog::theRunningProgramIsReplacedWhole()
-{
-    // the system refuses to write a running executable: this one runs while unpacking
-    QTemporaryDir program;
-    const QString exe = program.filePath("larkTools");
-    QVERIFY(QFile::copy("/bin/sleep", exe));
-    QProcess running;
-    running.start(exe, {"60"});
-    QVERIFY(running.waitForStarted());
-    QZipWriter writer(program.filePath("u.zip"));
-    writer.addFile("larkTools", "#!/bin/sh\n");
-    writer.close();
-
-    QVERIFY(openDialog()->unpackArchive(program.filePath("u.zip"), program.path()));
-    QCOMPARE(readFile(exe), QByteArray("#!/bin/sh\n"));
-    QCOMPARE(running.state(), QProcess::Running);
-    QVERIFY(!QFile::exists(exe + ".new"));
-    running.kill();
-    running.waitForFinished();
 }
 
 void TstQtUpdateDialog::anArchiveThatCannotBeReadStopsBeforeTheRestart()

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -124,6 +125,25 @@ private slots:
         QCOMPARE(archive.count(), 0);
         QVERIFY(!UpdateArchive(dir.path() + "/missing.zip").unpack(dir.path(), nullptr));
         QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"u.zip"});
+    }
+    // the system refuses to write a running executable: this one runs while unpacking
+    void theRunningProgramIsReplacedWhole()
+    {
+        QTemporaryDir program;
+        const QString exe = program.filePath("larkTools");
+        QVERIFY(QFile::copy("/bin/sleep", exe));
+        QProcess running;
+        running.start(exe, {"60"});
+        QVERIFY(running.waitForStarted());
+        QZipWriter writer(program.filePath("u.zip"));
+        writer.addFile("larkTools", "#!/bin/sh\n");
+        writer.close();
+        QVERIFY(UpdateArchive(program.filePath("u.zip")).unpack(program.path(), nullptr));
+        QCOMPARE(readFile(exe), QByteArray("#!/bin/sh\n"));
+        QCOMPARE(running.state(), QProcess::Running);
+        QVERIFY(!QFile::exists(exe + ".new"));
+        running.kill();
+        running.waitForFinished();
     }
 };
 

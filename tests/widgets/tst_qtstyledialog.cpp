@@ -1,5 +1,6 @@
 #include "ColorDisplay.h"
 #include "ColorGridDisplay.h"
+#include "ColorPanelGeometry.h"
 #include "LarkTest.h"
 #include "QtColorPanel.h"
 #include "QtStyleDialog.h"
@@ -28,7 +29,7 @@ class TstQtStyleDialog : public QObject
     static void pickBaseColor(QtColorPanel *panel, int id)
     {
         ColorGridDisplay *grid = panel->baseGrid();
-        QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, ColorGridDisplay::cellRect(grid->size(), 6, 8, id).center());
+        QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, ColorPanelGeometry::cellRect(grid->size(), 6, 8, id).center());
     }
 
 private slots:
