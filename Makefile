@@ -27,8 +27,13 @@ DEBS = cmake g++ make pkg-config ccache \
 BENCH_DEBS = okteta ghex xdotool putty
 # only the fuzz targets need these: libFuzzer comes with clang
 FUZZ_DEBS = clang-14 libfuzzer-14-dev
+# only the long-session measurement draws its curve with this
+SOAK_DEBS = python3-matplotlib
+# make soak: the serial page through a long session (SOAK_ARGS="--hex-mb 270 --text-mb 30"
+# for a shorter one); figures, soak.csv and soak.png into $(BUILD)/soak
+SOAK_ARGS ?=
 
-.PHONY: all deps build run test test-asan fuzz bench demo clean
+.PHONY: all deps build run test test-asan fuzz bench demo clean soak hostile
 
 all: build
 
@@ -83,6 +88,16 @@ fuzz: deps
 bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build
 	scripts/bench.sh $(BUILD)
+
+# make hostile: floods, client waves and lying boards against the program, on loopback
+# and ptys (HOSTILE_ARGS=--quick: 30 s for the long peers); figures into $(BUILD)/hostile.json
+HOSTILE_ARGS ?=
+hostile: build
+	python3 scripts/hostile.py $(BUILD) --out $(BUILD)/hostile.json $(HOSTILE_ARGS)
+
+soak: EXTRA_DEBS = $(SOAK_DEBS)
+soak: build
+	python3 scripts/soak.py $(BUILD) $(BUILD)/soak $(SOAK_ARGS)
 
 demo: build
 	scripts/demo.sh $(BUILD)
