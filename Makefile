@@ -97,7 +97,7 @@ hostile: build
 
 soak: EXTRA_DEBS = $(SOAK_DEBS)
 soak: build
-	python3 scripts/soak.py $(BUILD) $(BUILD)/soak $(SOAK_ARGS)
+	/usr/bin/python3 scripts/soak.py $(BUILD) $(BUILD)/soak $(SOAK_ARGS)
 
 demo: build
 	scripts/demo.sh $(BUILD)

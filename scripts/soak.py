@@ -71,7 +71,7 @@ def main():
     host = subprocess.Popen([os.path.join(opt.build, 'bench', 'serial_host.d', 'lark_serial_host'), port,
                              '--hex', '--heartbeat'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                             text=True, env=env)
-    rows, stall, phase = [], 0, 0
+    rows, stall, phase, reopens = [], 0, 0, 0
     start = time.time()
     last_t, last_cpu = start, 0.0
     next_sample = start + opt.interval
@@ -92,6 +92,12 @@ def main():
                 print('%8.0f s  %-4s  %8.1f MB read  %7.1f MB RSS  %5.1f %% CPU' % rows[-1], flush=True)
                 last_t, last_cpu = now, cpu
                 next_sample += opt.interval
+                # a change in the machine's port count closes the page's port (other
+                # programs making /dev links do it): open it again, as a user would
+                if len(rows) >= 2 and rows[-1][2] == rows[-2][2] and board.poll() is None:
+                    reopens += 1
+                    host.stdin.write('reopen %s %s\n' % (port, 'hex' if phase == 0 else 'text log'))
+                    host.stdin.flush()
             if board.poll() is not None:
                 # the board sent its count; the page may still be reading what the pty holds
                 time.sleep(opt.interval)
@@ -112,9 +118,9 @@ def main():
         w.writerow(['seconds', 'phase', 'read_mb', 'rss_mb', 'cpu_percent'])
         w.writerows(rows)
     peak = max(r[3] for r in rows) if rows else 0.0
-    print('peak RSS %.1f MB (bound %.0f MB: %s), longest stall %d ms, %.1f MB read'
+    print('peak RSS %.1f MB (bound %.0f MB: %s), longest stall %d ms, %.1f MB read, %d reopens'
           % (peak, opt.bound_mb, 'kept' if peak < opt.bound_mb else 'EXCEEDED', stall,
-             rows[-1][2] if rows else 0.0))
+             rows[-1][2] if rows else 0.0, reopens))
     try:
         import matplotlib
         matplotlib.use('Agg')
