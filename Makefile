@@ -42,8 +42,13 @@ BENCH_DEBS = okteta ghex xdotool putty cutecom gtkterm packetsender x11-utils
 FUZZ_DEBS = clang-14 libfuzzer-14-dev
 # only the package needs these: its checkers and dpkg-shlibdeps
 PACKAGE_DEBS = desktop-file-utils appstream lintian dpkg-dev file
+# only the long-session measurement draws its curve with this
+SOAK_DEBS = python3-matplotlib
+# make soak: the serial page through a long session (SOAK_ARGS="--hex-mb 270 --text-mb 30"
+# for a shorter one); figures, soak.csv and soak.png into $(BUILD)/soak
+SOAK_ARGS ?=
 
-.PHONY: all deps build run test test-asan fuzz bench demo package dist update-e2e clean
+.PHONY: all deps build run test test-asan fuzz bench demo package dist update-e2e clean soak hostile
 
 all: build
 
@@ -98,6 +103,16 @@ fuzz: deps
 bench: EXTRA_DEBS = $(BENCH_DEBS)
 bench: build
 	scripts/bench.sh $(BUILD)
+
+# make hostile: floods, client waves and lying boards against the program, on loopback
+# and ptys (HOSTILE_ARGS=--quick: 30 s for the long peers); figures into $(BUILD)/hostile.json
+HOSTILE_ARGS ?=
+hostile: build
+	python3 scripts/hostile.py $(BUILD) --out $(BUILD)/hostile.json $(HOSTILE_ARGS)
+
+soak: EXTRA_DEBS = $(SOAK_DEBS)
+soak: build
+	/usr/bin/python3 scripts/soak.py $(BUILD) $(BUILD)/soak $(SOAK_ARGS)
 
 demo: build
 	scripts/demo.sh $(BUILD)

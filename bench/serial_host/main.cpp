@@ -1,7 +1,11 @@
 // lark_serial_host: the whole program, started as larkTools starts, with the serial page
 // already open on the port named on the command line. The comparison with other
 // terminals (scripts/serial_vs_putty.py) measures this process while a board writes.
-//   lark_serial_host PORT [--hex] [--log]      PORT as the port box takes it: "pts/3"
+//   lark_serial_host PORT [--hex] [--log] [--heartbeat]   PORT as the port box takes it: "pts/3"
+// --heartbeat prints "stall MS" each second: the longest the event loop went without
+// running a 10 ms timer in that second, less the 10 ms. Lines on stdin of the form
+// "reopen PORT hex|text [log]" close the port and open PORT in that view, so that one
+// session can take several streams (scripts/soak.py).
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "QextSerialPort.h"
@@ -10,12 +14,15 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QElapsedTimer>
+#include <QSocketNotifier>
 #include <QFont>
 #include <QRadioButton>
 #include <QTimer>
 #include <QTranslator>
 
 #include <cstdio>
+#include <unistd.h>
 
 int main(int argc, char *argv[])
 {
@@ -41,13 +48,49 @@ int main(int argc, char *argv[])
     }
     // The port watcher's first tick reports the machine's ports, and any change of their
     // number closes an open port: open after it.
-    QTimer::singleShot(1500, page, [page, args] {
-        page->SltSerialportChanged({args.at(1)});
-        if (args.contains("--hex"))
-            page->findChild<QRadioButton *>("rbtnRecvHex")->click();
-        if (args.contains("--log"))
-            page->findChild<QCheckBox *>("chkLogMode")->setChecked(true);
+    const auto open = [page](const QString &port, bool hex, bool log) {
+        if (page->serialport()->isOpen())
+            page->SltOpenSerialport(); // the open button closes an open port
+        page->SltSerialportChanged({port});
+        page->findChild<QRadioButton *>(hex ? "rbtnRecvHex" : "rbtnRecvAscii")->click();
+        page->findChild<QCheckBox *>("chkLogMode")->setChecked(log);
         page->SltOpenSerialport();
+    };
+    QSocketNotifier commands(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&commands, &QSocketNotifier::activated, page, [open, &commands] {
+        char line[512];
+        const ssize_t n = ::read(STDIN_FILENO, line, sizeof line - 1);
+        if (n <= 0) {
+            commands.setEnabled(false);
+            return;
+        }
+        const QStringList words = QString::fromLocal8Bit(line, int(n)).simplified().split(' ');
+        if (words.size() >= 3 && words.at(0) == "reopen") {
+            open(words.at(1), words.at(2) == "hex", words.contains("log"));
+            std::printf("reopened\n");
+            std::fflush(stdout);
+        }
+    });
+    QTimer heartbeat;
+    QElapsedTimer sinceBeat, sinceReport;
+    qint64 longest = 0;
+    if (args.contains("--heartbeat")) {
+        QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+            longest = qMax(longest, sinceBeat.restart() - 10);
+            if (sinceReport.elapsed() >= 1000) {
+                std::printf("stall %lld\n", static_cast<long long>(longest));
+                std::fflush(stdout);
+                longest = 0;
+                sinceReport.restart();
+            }
+        });
+        heartbeat.setTimerType(Qt::PreciseTimer);
+        sinceBeat.start();
+        sinceReport.start();
+        heartbeat.start(10);
+    }
+    QTimer::singleShot(1500, page, [page, args, open] {
+        open(args.at(1), args.contains("--hex"), args.contains("--log"));
         if (!page->serialport()->isOpen()) {
             std::fprintf(stderr, "could not open /dev/%s\n", qPrintable(args.at(1)));
             QCoreApplication::exit(1);

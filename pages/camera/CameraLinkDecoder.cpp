@@ -160,6 +160,11 @@ void CameraLinkDecoder::parseHead(const Options &options, std::vector<CameraLink
         }
         break;
     case CameraFrame::CMD_IMAGE_DATA:
+        if (m_nFrameLen > MaximumImageFrame) {
+            stopRecvImage();
+            events.push_back(event(CameraLinkEvent::Reply, 1));
+            return;
+        }
         m_bRecvImage = true;
         events.push_back(event(CameraLinkEvent::RestartFrameTimer));
         return;

@@ -34,6 +34,12 @@ public:
         int valueLength = 1;     // "寄存器值长度", for the size of read answers
     };
 
+    // The longest image frame collected: a 4096 x 4096 RGB888 image and its frame. A
+    // frame is only looked at once the buffer holds it whole, so a longer length field
+    // (a broken or lying board) would take the memory with it: such a frame is answered
+    // as failing the check and its bytes are let go until the next head.
+    static constexpr qint32 MaximumImageFrame = 4096 * 4096 * 3 + 12;
+
     // one received chunk; what the page must do is appended to events
     void receive(const QByteArray &chunk, const Options &options, std::vector<CameraLinkEvent> &events);
 

@@ -15,6 +15,7 @@
 #include "TcpServer.h"
 #include "UiSkin.h"
 
+#include <QTimer>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -438,14 +439,19 @@ void NetworkToolWidget::SltReadyFromHost()
     SltRecvSocketMessage(NetworkMessageFormat::serverSenderName(), bytes);
 }
 
+// A flood keeps datagrams pending as fast as they are read: a bounded number per turn
+// of the event loop, and the rest on the next, so the window keeps responding. The
+// socket tells of no new datagram while some wait unread, hence the zero timer.
 void NetworkToolWidget::SltReadyFromUdp()
 {
-    while (m_udpSocket->hasPendingDatagrams()) {
+    for (int n = 0; n < 256 && m_udpSocket->hasPendingDatagrams(); ++n) {
         const QNetworkDatagram datagram = m_udpSocket->receiveDatagram();
         const QString name = NetworkMessageFormat::udpSenderName(datagram.senderAddress(),
                                                                  quint16(datagram.senderPort()));
         SltRecvSocketMessage(name, datagram.data());
     }
+    if (m_udpSocket->hasPendingDatagrams())
+        QTimer::singleShot(0, this, SLOT(SltReadyFromUdp()));
 }
 
 QString NetworkToolWidget::recvText()

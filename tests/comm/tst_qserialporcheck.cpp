@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QSignalSpy>
 #include <QtTest>
+#include <unistd.h>
 
 // The port watcher: the decision of a tick fed with port lists, then the real
 // system's ports and the timer rules.
@@ -117,6 +118,30 @@ private slots:
             quiet = check.scanCount() == before;
         }
         QVERIFY(quiet);
+    }
+
+    // a socat that ends takes its pty and leaves its link in /dev as it was: the next
+    // tick looks again all the same, and the port leaves the list
+    void aDevLinkWhosePtyDiedLeavesTheList()
+    {
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        const QString name = QString("ttyLarkDead%1").arg(getpid());
+        struct Guard {
+            QString path;
+            ~Guard() { QFile::remove(path); }
+        } guard{"/dev/" + name};
+        if (!QFile::link(pty.programPath(), guard.path))
+            QSKIP("/dev is not writable here");
+        QSerialPorCheck check;
+        check.SltCheckSerialport();
+        QVERIFY(check.serialports().contains(name));
+        pty.stop();
+        QTRY_VERIFY(!QFile::exists(pty.programPath()));
+        const int scans = check.scanCount();
+        check.SltCheckSerialport();
+        QCOMPARE(check.scanCount(), scans + 1);
+        QVERIFY(!check.serialports().contains(name));
     }
 };
 

@@ -1,6 +1,7 @@
 #include "LarkTestCore.h"
 #include "UpdateProtocol.h"
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 // The update dialog's test covers the replies and archives end to end; these are the
@@ -13,6 +14,8 @@ private slots:
     void versionValuePacksOnePartPerByte();
     void downloadNameComesFromDisposition_data();
     void downloadNameComesFromDisposition();
+    void linksStayInsideTheProgramFolder_data();
+    void linksStayInsideTheProgramFolder();
 };
 
 void TstUpdateProtocol::versionValuePacksOnePartPerByte_data()
@@ -52,6 +55,31 @@ void TstUpdateProtocol::downloadNameComesFromDisposition()
     QFETCH(QString, disposition);
     QFETCH(QString, stored);
     QCOMPARE(UpdateProtocol::safeDownloadName(UpdateProtocol::fileNameFromDisposition(disposition)), stored);
+}
+
+// A link in the program folder may lead anywhere inside it, and nowhere else: not into
+// a sibling folder whose name starts with the program folder's.
+void TstUpdateProtocol::linksStayInsideTheProgramFolder_data()
+{
+    QTest::addColumn<QString>("link"); // where app/lnk points, from the temporary folder
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<bool>("inside");
+    QTest::newRow("into a sibling with a longer name") << "app2" << "lnk/x" << false;
+    QTest::newRow("into the parent") << "." << "lnk/x" << false;
+    QTest::newRow("into a subfolder") << "app/sub" << "lnk/x" << true;
+    QTest::newRow("to the folder itself") << "app" << "lnk/x" << true;
+    QTest::newRow("dangling") << "app/none" << "lnk/x" << false;
+    QTest::newRow("missing parts below") << "app/sub" << "lnk/new/deeper/x" << true;
+}
+
+void TstUpdateProtocol::linksStayInsideTheProgramFolder()
+{
+    QFETCH(QString, link);
+    QFETCH(QString, entry);
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkpath("app/sub") && QDir(dir.path()).mkpath("app2"));
+    QVERIFY(QFile::link(dir.filePath(link), dir.filePath("app/lnk")));
+    QTEST(UpdateProtocol::staysInsideDir(dir.filePath("app"), entry), "inside");
 }
 
 LARK_TEST_GUILESS_MAIN(TstUpdateProtocol)

@@ -72,6 +72,42 @@ private slots:
         QVERIFY2(log.storedBytes() < maxStored + QtCompactLog::DefaultBlockBytes + 4096,
                  qPrintable(QString::number(log.storedBytes())));
     }
+
+    // past its memory bound the log goes on in a temporary file, or in memory where
+    // none can be made, and gives back the same text either way
+    void aLongLogSpillsToAFileAndComesBackTheSame_data()
+    {
+        QTest::addColumn<qint64>("memoryBytes");
+        QTest::addColumn<QByteArray>("tmpDir");
+        QTest::addColumn<bool>("spilled");
+        QTest::newRow("from the first block") << qint64(0) << QByteArray() << true;
+        QTest::newRow("after some blocks") << qint64(200) << QByteArray() << true;
+        QTest::newRow("no temporary folder") << qint64(0) << QByteArray("/nonexistent-lark") << false;
+    }
+    void aLongLogSpillsToAFileAndComesBackTheSame()
+    {
+        QFETCH(qint64, memoryBytes);
+        QFETCH(QByteArray, tmpDir);
+        const QByteArray oldTmp = qgetenv("TMPDIR");
+        if (!tmpDir.isEmpty())
+            qputenv("TMPDIR", tmpDir);
+        QtCompactLog log(64, memoryBytes);
+        QString all;
+        for (int i = 0; i < 200; ++i) {
+            const QString piece = QString("%1 温度=%2\r\n").arg(i).arg(i * 7919 % 1000);
+            log.append(piece);
+            all += piece;
+            if (i == 100)
+                QCOMPARE(log.text(), all); // reading does not disturb what follows
+        }
+        oldTmp.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", oldTmp);
+        QTEST(log.spilledBytes() > 0, "spilled");
+        QCOMPARE(log.text(), all);
+        log.clear();
+        QCOMPARE(log.spilledBytes(), qint64(0));
+        log.append("again");
+        QCOMPARE(log.text(), QString("again"));
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstQtCompactLog)

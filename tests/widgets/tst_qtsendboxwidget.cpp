@@ -5,6 +5,7 @@
 #include "QtPageBar.h"
 #include "QtSendBoxFiles.h"
 #include "QtSendBoxWidget.h"
+#include "QtSendConfigGroup.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -243,6 +244,15 @@ private slots:
         QCOMPARE(box.findChild<QTextEdit *>()->toPlainText(), QString("AT+中\nline2"));
         QVERIFY(!box.loadDataFile(confPath("missing.txt")));
         QCOMPARE(QtMessageTip::Instance()->text(), QString("文件加载失败!"));
+    }
+
+    // a new box sends once a second until told otherwise, and its edit says so
+    void autoSendPeriodStartsAtOneSecond()
+    {
+        QtSendBoxWidget box(nullptr, 7);
+        QCOMPARE(box.autoTimer()->interval(), 1000);
+        QtSendConfigGroup group(nullptr);
+        QCOMPARE(group.findChild<QLineEdit *>()->text(), QString("1000"));
     }
 };
 

@@ -130,6 +130,18 @@ private slots:
         QVERIFY(w->verticalScrollBar()->value() > 0);
         QVERIFY(!frame.painted.intersects(w->viewport()->geometry()));
     }
+
+    // only one trailing return is forgiven: a second one leaves an empty, vanishing line
+    void repeatedReturnsWipeTheLine_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("feeds");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("two trailing returns") << QList<QByteArray>{"tabc\r\r"} << "";
+        QTest::newRow("a lone return") << QList<QByteArray>{"t\r"} << "";
+        QTest::newRow("two returns then text") << QList<QByteArray>{"tab\r\rc\r\nd\r\r\r\n"} << "c\n";
+        QTest::newRow("returns over feeds") << QList<QByteArray>{"t50%\r", "t\r", "tok"} << "ok\n";
+    }
+    void repeatedReturnsWipeTheLine() { feedsRenderAsATerminalWould(); }
 };
 
 LARK_TEST_MAIN(TstQtTerminalWidget)

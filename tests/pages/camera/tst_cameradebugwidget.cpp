@@ -3,6 +3,7 @@
 #include "ImageFormatConfig.h"
 #include "ImageViewer.h"
 #include "LinkTap.h"
+#include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
 #include "LarkTest.h"
@@ -12,6 +13,7 @@
 #include "TcpServer.h"
 
 #include <QtNetwork>
+#include <QSerialPort>
 #include <QtTest>
 #include <QtWidgets>
 #include <unistd.h>
@@ -328,6 +330,18 @@ private slots:
         // the page's "设备数:" box
         rig->page.findChildren<QGroupBox *>().at(1)->findChild<QComboBox *>()->setCurrentIndex(1);
         QCOMPARE(rig->page.imageViewer()->imageShowCount(), 2);
+    }
+
+    // every option of the serial link's four boxes reaches the tty, as the kernel holds it
+    void everySerialOptionReachesTheTty()
+    {
+        QVERIFY(rig->open(Serial));
+        rig->press();
+        QextSerialPort *port = rig->page.serialPort();
+        QCOMPARE(LarkTest::sweepSerialOptions(
+                     &rig->page, rig->pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; }, [&] { rig->press(); return port->isOpen(); },
+                     [&] { if (port->isOpen()) rig->press(); }),
+                 LarkTest::qextSerialSweep());
     }
 };
 

@@ -1,4 +1,5 @@
 #include "GraphConfigWidget.h"
+#include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
 #include "LarkTest.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSerialPort>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -405,6 +407,17 @@ private slots:
         got << QString("y:%1,%2").arg(m_plot->yAxis->range().lower).arg(m_plot->yAxis->range().upper);
         QFETCH(QString, points);
         QCOMPARE(got.join(' '), points);
+    }
+
+    // every option of the four boxes reaches the tty as this page passes it on: the
+    // parity texts read as no number (no parity), the second stop bit as one and a half
+    void everySerialOptionReachesTheTty()
+    {
+        QCOMPARE(LarkTest::sweepSerialOptions(
+                     m_page, m_pty->programPath(), [this] { return LarkTest::serialFrame(m_page->serialPort()->findChild<QSerialPort *>()); }, [&] { return openPort(); },
+                     [&] { if (m_page->serialPort()->isOpen()) button("关闭串口")->click(); }),
+                 QStringList({"2400 4800 9600 19200 38400 57600 115200 128000 230400 256000 460800", "5 6 7 8",
+                              "N N N", "1 1"}));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
 #include "LarkTest.h"
@@ -16,6 +17,7 @@
 
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QSerialPort>
 #include <QtTest>
 #include <QtWidgets>
 
@@ -477,6 +479,35 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!rig.page.serialport()->isOpen(), 300);
         QCOMPARE(rig.notify.last(), (QVariantList{QString("当前串口已拔出，请重新打开!"), 255}));
         QCOMPARE(box->findText(name), -1);
+    }
+
+    // every option of the four boxes reaches the tty, as the kernel holds it
+    void everySerialOptionReachesTheTty()
+    {
+        Rig rig;
+        QVERIFY(rig.open());
+        QPushButton *button = rig.child<QPushButton>("btnOpen");
+        QextSerialPort *port = rig.page.serialport();
+        button->click();
+        QCOMPARE(LarkTest::sweepSerialOptions(
+                     &rig.page, rig.pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; }, [&] { button->click(); return port->isOpen(); },
+                     [&] { if (port->isOpen()) button->click(); }),
+                 LarkTest::qextSerialSweep());
+    }
+
+    // the tail of a split character is waited for 50 ms from the read that held it
+    void aSplitCharacterIsHeldFiftyMilliseconds()
+    {
+        Rig rig;
+        QTimer *tick = rig.page.findChild<QTimer *>();
+        QVERIFY(rig.open());
+        QVERIFY(tick->isSingleShot() && tick->interval() == 50);
+        QElapsedTimer held;
+        QVERIFY(rig.boardSendsOneRead("AT\xD6"));
+        held.start();
+        QVERIFY(rig.shown().isEmpty());
+        QTRY_VERIFY(!rig.shown().isEmpty());
+        QVERIFY2(held.elapsed() >= 40, qPrintable(QString::number(held.elapsed())));
     }
 };
 
