@@ -1,4 +1,5 @@
 #include "LinkTools.h"
+#include "AppPaths.h"
 
 #include "CameraDebugWidget.h"
 #include "CaptureWriter.h"
@@ -118,7 +119,7 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
 
 QString LinkTools::settingsFile()
 {
-    return QCoreApplication::applicationDirPath() + "/conf/links.ini";
+    return AppPaths::confDir() + "/links.ini";
 }
 
 CaptureWriter *LinkTools::capture(int page) const

@@ -298,10 +298,10 @@ void MainWindow::SltShowAutomation()
             window = w;
     }
     if (!window) {
-        static const char *const names[] = {"串口调试助手", "摄像头调试助手", "网络调试助手", "PID调试助手", "二进制文件编辑器"};
         const int index = m_toolsMenu->currentIndex();
-        window = new AutomationWindow(tap, index >= 0 && index < 5 ? names[index] : "", this);
-        const QString kept = QCoreApplication::applicationDirPath() + QString("/conf/automation/page%1").arg(index);
+        window = new AutomationWindow(tap, pageTitles().value(index), this);
+        // beside the other settings, in the user's folders when the program's is not its own
+        const QString kept = AppPaths::confDir() + QString("/automation/page%1").arg(index);
         window->setStateFiles(kept + ".json", kept + ".js");
     }
     window->show();

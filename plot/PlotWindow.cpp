@@ -1,4 +1,5 @@
 #include "PlotWindow.h"
+#include "AppPaths.h"
 #include "LinkTap.h"
 #include "MyApp.h"
 #include "PlotCsvWriter.h"
@@ -93,7 +94,7 @@ QString PlotWindow::definitionFolder()
 
 QString PlotWindow::savedDefinitionPath()
 {
-    return QCoreApplication::applicationDirPath() + "/conf/plot_frame.json";
+    return AppPaths::confDir() + "/plot_frame.json";
 }
 
 void PlotWindow::InitWidget()
