@@ -1,9 +1,13 @@
+#include "AutomationWindow.h"
 #include "GraphConfigWidget.h"
 #include "HexEditWidget.h"
 #include "HexFindBar.h"
+#include "LarkPtyPair.h"
 #include "LarkTest.h"
+#include "LinkTap.h"
 #include "MainWindow.h"
 #include "MyApp.h"
+#include "PlotWindow.h"
 
 #include "QHexEdit.h"
 #include "QtCountLabel.h"
@@ -14,6 +18,8 @@
 #include "QtTitleBar.h"
 #include "StatusLabel.h"
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -216,6 +222,31 @@ private slots:
         inMenu ? action(text)->trigger() : m_window->SltActionTrigger(&entry);
         QTEST(seen, "dialog");
         QTRY_VERIFY(!opened); // closing deletes it
+    }
+
+    // the 工具 windows work on the link of the page shown: the board's lines reach the
+    // plot, and a reply rule answers through the page, counted as the page's own
+    void toolWindowsWorkOnTheShownPagesLink()
+    {
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        page(0)->findChild<QComboBox *>("cbxPort")->setEditText(pty.programShortName());
+        page(0)->findChild<QPushButton *>("btnOpen")->click();
+        QVERIFY(page(0)->linkTap()->isOpen());
+        action("波形绘图…")->trigger();
+        action("自动应答与脚本…")->trigger();
+        PlotWindow *plot = nullptr;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            plot = qobject_cast<PlotWindow *>(w) ? qobject_cast<PlotWindow *>(w) : plot;
+        auto *automation = m_window->findChild<AutomationWindow *>();
+        QVERIFY(plot && automation && automation->tap() == page(0)->linkTap());
+        automation->setRules({ReplyRule(ReplyRule::MatchText, "ping", ReplyRule::ReplyText, "pong\\r\\n")});
+        automation->findChild<QCheckBox *>()->setChecked(true);
+        QVERIFY(pty.boardWrite("t:1\nt:2\nping\n"));
+        QCOMPARE(pty.boardReadAtLeast(6), QByteArray("pong\r\n"));
+        QTRY_COMPARE(plot->store().rows(), 2);
+        QCOMPARE(page(0)->getCounts().at(0), QString("发送字节: 6"));
+        plot->close();
     }
 
     void closeButtonAndExitEntryQuit_data()
