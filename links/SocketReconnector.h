@@ -17,8 +17,8 @@ class SocketReconnector : public QObject
 {
     Q_OBJECT
 public:
-    static const int firstDelay = 500;
-    static const int maxDelay = 10000;
+    static constexpr int firstDelay = 500;
+    static constexpr int maxDelay = 10000;
 
     explicit SocketReconnector(QObject *parent = nullptr);
 
