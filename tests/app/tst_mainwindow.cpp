@@ -2,11 +2,11 @@
 #include "GraphConfigWidget.h"
 #include "HexEditWidget.h"
 #include "HexFindBar.h"
-#include "LarkPtyPair.h"
 #include "LarkTest.h"
 #include "LinkTap.h"
 #include "MainWindow.h"
 #include "MyApp.h"
+#include "NetworkToolWidget.h"
 #include "PlotWindow.h"
 
 #include "QHexEdit.h"
@@ -19,6 +19,9 @@
 #include "StatusLabel.h"
 #include <QAction>
 #include <QCheckBox>
+#include <QLineEdit>
+#include <QNetworkDatagram>
+#include <QUdpSocket>
 #include <QComboBox>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -228,24 +231,31 @@ private slots:
     // plot, and a reply rule answers through the page, counted as the page's own
     void toolWindowsWorkOnTheShownPagesLink()
     {
-        LarkPtyPair pty;
-        QVERIFY(pty.start());
-        page(0)->findChild<QComboBox *>("cbxPort")->setEditText(pty.programShortName());
-        page(0)->findChild<QPushButton *>("btnOpen")->click();
-        QVERIFY(page(0)->linkTap()->isOpen());
+        QUdpSocket board;
+        QVERIFY(board.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(2), Qt::LeftButton);
+        auto *network = qobject_cast<NetworkToolWidget *>(page(2));
+        network->findChild<QComboBox *>("cbxNetType")->setCurrentIndex(2);
+        network->findChild<QLineEdit *>("edtPort")->setText("0");
+        network->findChild<QLineEdit *>("edtDestAddress")->setText("127.0.0.1");
+        network->findChild<QLineEdit *>("edtDestPort")->setText(QString::number(board.localPort()));
+        network->findChild<QPushButton *>("btnOpen")->click();
+        QVERIFY(network->linkTap()->isOpen());
         action("波形绘图…")->trigger();
         action("自动应答与脚本…")->trigger();
         PlotWindow *plot = nullptr;
         for (QWidget *w : QApplication::topLevelWidgets())
             plot = qobject_cast<PlotWindow *>(w) ? qobject_cast<PlotWindow *>(w) : plot;
         auto *automation = m_window->findChild<AutomationWindow *>();
-        QVERIFY(plot && automation && automation->tap() == page(0)->linkTap());
+        QVERIFY(plot && automation && automation->tap() == network->linkTap());
         automation->setRules({ReplyRule(ReplyRule::MatchText, "ping", ReplyRule::ReplyText, "pong\\r\\n")});
-        automation->findChild<QCheckBox *>()->setChecked(true);
-        QVERIFY(pty.boardWrite("t:1\nt:2\nping\n"));
-        QCOMPARE(pty.boardReadAtLeast(6), QByteArray("pong\r\n"));
+        for (QCheckBox *box : automation->findChildren<QCheckBox *>())
+            box->setChecked(box->isChecked() || box->text() == "启用自动应答");
+        board.writeDatagram("t:1\nt:2\nping\n", QHostAddress::LocalHost, network->udpSocket()->localPort());
+        QTRY_VERIFY(board.hasPendingDatagrams());
+        QCOMPARE(board.receiveDatagram().data(), QByteArray("pong\r\n"));
         QTRY_COMPARE(plot->store().rows(), 2);
-        QCOMPARE(page(0)->getCounts().at(0), QString("发送字节: 6"));
+        QCOMPARE(page(2)->getCounts().at(0), QString("发送字节: 6"));
         plot->close();
     }
 

@@ -36,7 +36,7 @@ void tst_CaptureCrash::aKilledProgramLeavesAPrefixShortOfAtMostOneFrame()
     const int rate = 1000000;
     QByteArray stream(4 * rate, Qt::Uninitialized);
     for (int i = 0; i < stream.size(); ++i)
-        stream[i] = char((i * 7919) >> 3);
+        stream[i] = char((quint32(i) * 7919u) >> 3);
     std::atomic<bool> stop{false};
     std::thread board([&] {
         const int fd = ::open(pty.boardPath().toLocal8Bit().constData(), O_WRONLY | O_NOCTTY);
