@@ -39,11 +39,10 @@ QString DeviceReopener::byIdName(const QString &path, const QString &byIdDir)
 
 QString DeviceReopener::presentPath() const
 {
-    if (!m_byId.isEmpty()) {
-        const QString now = QFileInfo(m_byId).canonicalFilePath();
-        if (!now.isEmpty())
-            return now;
-    }
+    // an adapter known by its identity is back only when that identity is: its old
+    // number may meanwhile belong to another adapter
+    if (!m_byId.isEmpty())
+        return QFileInfo(m_byId).canonicalFilePath();
     // a link to a pseudo-terminal that is gone still exists as a name: only a path
     // that leads to a device counts
     const QFileInfo info(m_path);
