@@ -8,6 +8,7 @@
 // event loop went without running a 10 ms timer in that second, less the 10 ms) and
 // "notify TEXT" for each notice a page gives.
 #include "CameraDebugWidget.h"
+#include "../LarkHost.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
@@ -67,8 +68,8 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: lark_hostile_host tcp-server|udp|camera|pid PORT\n");
         return 2;
     }
-    QApplication::setFont(QFont(UiSkin::m_strAppFontNormal, 9));
-    MyApp::InitApp();
+    QTranslator translator;
+    LarkHost::startLikeTheProgram(translator);
     MainWindow window;
     window.show();
 
@@ -84,21 +85,8 @@ int main(int argc, char *argv[])
     for (QtWidgetBase *p : window.findChildren<QtWidgetBase *>())
         QObject::connect(p, SIGNAL(signalNotify(QString, int)), &notices, SLOT(print(QString, int)));
 
-    QTimer heartbeat;
-    QElapsedTimer sinceBeat, sinceReport;
-    qint64 longest = 0;
-    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-        longest = qMax(longest, sinceBeat.restart() - 10);
-        if (sinceReport.elapsed() >= 1000) {
-            say(QString("stall %1").arg(longest));
-            longest = 0;
-            sinceReport.restart();
-        }
-    });
-    heartbeat.setTimerType(Qt::PreciseTimer);
-    sinceBeat.start();
-    sinceReport.start();
-    heartbeat.start(10);
+    LarkHost::StallMeter stalls;
+    stalls.start();
 
     // after the port watcher's first tick, which would close a port opened earlier
     QTimer::singleShot(1500, page, [page, mode, port] {

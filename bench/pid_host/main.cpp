@@ -3,6 +3,7 @@
 // millisecond. scripts/pid_cpu.py measures this process against larksim's PID board.
 //   lark_pid_host PORT [--all]     PORT as the port box takes it ("pts/3"); --all
 //                                  shows all ten curves instead of the default two
+#include "../LarkHost.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NumberTool.h"
@@ -28,11 +29,8 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: lark_pid_host PORT [--all]\n");
         return 2;
     }
-    QApplication::setFont(QFont(UiSkin::m_strAppFontNormal, 9));
     QTranslator translator;
-    translator.load(":/resources/qm/qt_zh_CN.qm");
-    QApplication::installTranslator(&translator);
-    MyApp::InitApp();
+    LarkHost::startLikeTheProgram(translator);
 
     MainWindow window;
     window.show();

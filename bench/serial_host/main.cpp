@@ -6,6 +6,7 @@
 // running a 10 ms timer in that second, less the 10 ms. Lines on stdin of the form
 // "reopen PORT hex|text [log]" close the port and open PORT in that view, so that one
 // session can take several streams (scripts/soak.py).
+#include "../LarkHost.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "QextSerialPort.h"
@@ -33,11 +34,8 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: lark_serial_host PORT [--hex] [--log]\n");
         return 2;
     }
-    QApplication::setFont(QFont(UiSkin::m_strAppFontNormal, 9));
     QTranslator translator;
-    translator.load(":/resources/qm/qt_zh_CN.qm");
-    QApplication::installTranslator(&translator);
-    MyApp::InitApp();
+    LarkHost::startLikeTheProgram(translator);
 
     MainWindow window;
     window.show();
@@ -71,24 +69,9 @@ int main(int argc, char *argv[])
             std::fflush(stdout);
         }
     });
-    QTimer heartbeat;
-    QElapsedTimer sinceBeat, sinceReport;
-    qint64 longest = 0;
-    if (args.contains("--heartbeat")) {
-        QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-            longest = qMax(longest, sinceBeat.restart() - 10);
-            if (sinceReport.elapsed() >= 1000) {
-                std::printf("stall %lld\n", static_cast<long long>(longest));
-                std::fflush(stdout);
-                longest = 0;
-                sinceReport.restart();
-            }
-        });
-        heartbeat.setTimerType(Qt::PreciseTimer);
-        sinceBeat.start();
-        sinceReport.start();
-        heartbeat.start(10);
-    }
+    LarkHost::StallMeter stalls;
+    if (args.contains("--heartbeat"))
+        stalls.start();
     QTimer::singleShot(1500, page, [page, args, open] {
         open(args.at(1), args.contains("--hex"), args.contains("--log"));
         if (!page->serialport()->isOpen()) {
