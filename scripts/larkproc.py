@@ -1,6 +1,7 @@
 """What the measuring scripts share: a process's CPU time as /proc counts it, and a
-display for programs that need one."""
+display for programs that need one, and the records file of a measurement."""
 import glob
+import json
 import os
 import sys
 
@@ -39,3 +40,10 @@ def ensure_display(screen='1280x800x24'):
         return
     args = [XVFB_SH, '--screen', screen, sys.executable] + sys.argv
     os.execv(XVFB_SH, args)
+
+
+def write_records(path, records):
+    """The records of one measurement, as bench_report.py gathers them."""
+    with open(path, 'w') as f:
+        json.dump(records, f, indent=1)
+        f.write('\n')

@@ -10,7 +10,6 @@ Prints a table; writes report records to OUT when given.
 
 usage: peers_compare.py PROGRAM [OUT.json] [--rounds N] [--idle SECONDS] [--only NAME,...]
 Needs xev (x11-utils) and, without a display, Xvfb."""
-import json
 import os
 import shutil
 import select
@@ -21,7 +20,7 @@ import sys
 import tempfile
 import time
 
-from larkproc import ensure_display, run_seconds
+from larkproc import ensure_display, run_seconds, write_records
 
 PEERS = [('cutecom', ['cutecom']), ('gtkterm', ['gtkterm']), ('putty', ['putty']),
          ('packetsender', ['packetsender']), ('okteta', ['okteta']), ('ghex', ['ghex'])]
@@ -122,9 +121,7 @@ def main():
         records.append({'name': 'peers/%s/idle_cpu_percent_of_core' % name, 'value': idle,
                         'unit': '%', 'cores': cores})
     if out:
-        with open(out, 'w') as f:
-            json.dump(records, f, indent=1)
-            f.write('\n')
+        write_records(out, records)
 
 
 if __name__ == '__main__':

@@ -7,7 +7,6 @@ two curves and for all ten; writes report records to OUT when given.
 
 usage: pid_cpu.py HOST LARKSIM [OUT.json] [--seconds N] [--warm N] [--rounds N]
 Needs larksim and, without a display, Xvfb."""
-import json
 import os
 import re
 import signal
@@ -15,7 +14,7 @@ import subprocess
 import sys
 import time
 
-from larkproc import cpu_seconds, ensure_display
+from larkproc import cpu_seconds, ensure_display, write_records
 
 
 def option(argv, name, default):
@@ -87,9 +86,7 @@ def main():
         records.append({'name': 'pid_live/%s/cpu_percent_of_core' % name, 'value': best,
                         'unit': '%', 'cores': os.cpu_count()})
     if out:
-        with open(out, 'w') as f:
-            json.dump(records, f, indent=1)
-            f.write('\n')
+        write_records(out, records)
 
 
 if __name__ == '__main__':

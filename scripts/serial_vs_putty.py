@@ -8,7 +8,6 @@ report records (name, value, unit, cores) to OUT when given.
 
 usage: serial_vs_putty.py HOST [OUT.json] [--mb N] [--rounds N] [--only NAME,NAME]
 Needs socat, putty and, without a display, Xvfb."""
-import json
 import os
 import random
 import re
@@ -17,7 +16,7 @@ import subprocess
 import sys
 import time
 
-from larkproc import TICK, cpu_seconds, ensure_display
+from larkproc import TICK, cpu_seconds, ensure_display, write_records
 
 
 def pty_pair():
@@ -156,9 +155,7 @@ def main():
             records.append({'name': 'serial_vs_putty/%s/%s' % (s['name'], key), 'value': value,
                             'unit': unit, 'cores': cores})
     if out:
-        with open(out, 'w') as f:
-            json.dump(records, f, indent=1)
-            f.write('\n')
+        write_records(out, records)
 
 
 if __name__ == '__main__':
