@@ -1,6 +1,7 @@
 // Automation on a busy link: 50 reply rules matched on a received stream (the cost a
 // 4 Mbaud line, 400 KB/s, would put on the GUI thread), and onData calls into a
 // trivial script.
+#include "LarkBench.h"
 #include "AutoReplyRunner.h"
 #include "LinkTap.h"
 #include "ScriptRuntime.h"
@@ -81,9 +82,5 @@ BENCHMARK(BM_ScriptOnDataCalls)->Arg(16)->Arg(1024);
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QCoreApplication>(argc, argv);
 }

@@ -1,5 +1,6 @@
 // Throughput of the conversions every receive path runs (CRC-16, hex formatting and
 // parsing) and the cost of one terminal feed call once its history is at its bound.
+#include "LarkBench.h"
 #include "MyApp.h"
 #include "NumberTool.h"
 #include "QtTerminalWidget.h"
@@ -88,11 +89,5 @@ BENCHMARK(BM_TerminalHexFeed)->Arg(64)->Arg(4096)->Unit(benchmark::kMicrosecond)
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }

@@ -3,6 +3,7 @@
 // and the peak on the way), for 1 MB, 100 MB and 1 GB files. The files are written to
 // the temporary folder once (so they are in the page cache, as a file just built or
 // copied would be) and deleted afterwards; 1 GB is skipped without the room for it.
+#include "LarkBench.h"
 #include "HexEditWidget.h"
 #include "QHexEdit.h"
 
@@ -162,11 +163,5 @@ BENCHMARK(BM_EditAtTheEndOf100MB)->Unit(benchmark::kMillisecond)->UseRealTime()-
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }

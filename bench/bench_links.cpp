@@ -4,6 +4,7 @@
 // (bench_serial_page). Remote serial port: a real ser2net at 4 Mbaud in front of a
 // socat pty, a board thread writing into the pty paced at 4 Mbaud's 400 KB/s and at
 // full speed, an Rfc2217Port reading: throughput, CPU per MB and bytes lost.
+#include "LarkBench.h"
 #include "CaptureWriter.h"
 #include "LarkPtyPair.h"
 #include "Rfc2217Port.h"
@@ -198,9 +199,5 @@ BENCHMARK(BM_Rfc2217Receive)->ArgNames({"Bps"})->Arg(400000)->Arg(0)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QCoreApplication>(argc, argv);
 }

@@ -2,6 +2,7 @@
 // reaches the page's view in ASCII and in HEX (MB/s and process CPU per MB; the
 // sending peer lives in the same process and is included), and how long the server
 // takes to accept and list a thousand clients.
+#include "LarkBench.h"
 #include "NetworkToolWidget.h"
 #include "NumberTool.h"
 #include "QtRecvViewFeeder.h"
@@ -229,18 +230,12 @@ BENCHMARK(BM_AcceptAndList1000Clients)->Arg(1000)->Unit(benchmark::kMillisecond)
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     // a thousand clients and their server-side sockets need two thousand descriptors
     rlimit limit {};
     if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < 4096) {
         limit.rlim_cur = limit.rlim_max == RLIM_INFINITY ? 4096 : qMin<rlim_t>(limit.rlim_max, 4096);
         setrlimit(RLIMIT_NOFILE, &limit);
     }
-    QApplication app(argc, argv);
     NumberTool::m_newLine = QByteArray("\r\n");
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }

@@ -3,6 +3,7 @@
 // visible window. Reports samples per second taken by the page, replots per second,
 // process CPU per sample and the longest event-loop stall (gap of a 1 ms timer).
 // A second case measures the parser and plot path alone on in-memory receptions.
+#include "LarkBench.h"
 #include "LarkPtyPair.h"
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
@@ -213,13 +214,7 @@ BENCHMARK(BM_PidReceptionParse)->Arg(4096)->Iterations(5);
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     // the page logs every frame it sends; keep the tables readable
     qputenv("QT_LOGGING_RULES", "*.debug=false");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }

@@ -1,6 +1,7 @@
 // The stream plot: parse rates of the line and frame readers in samples per second on
 // one core, and the live window under 16 channels at 10 kHz (CPU share of a core,
 // longest event-loop stall as the gap of a 1 ms timer, redraws per second).
+#include "LarkBench.h"
 #include "LinkTap.h"
 #include "PlotFrameParser.h"
 #include "PlotTextParser.h"
@@ -159,11 +160,5 @@ BENCHMARK(BM_PlotLiveWindow)->Args({10000, 16})->Iterations(1)->Unit(benchmark::
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }

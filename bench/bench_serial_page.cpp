@@ -3,6 +3,7 @@
 // GUI thread as in the program. Reported per display mode: MB/s, CPU seconds of this
 // process per MB, and the longest stall of the event loop (the gap between two ticks
 // of a 5 ms timer, less its interval).
+#include "LarkBench.h"
 #include "LarkPtyPair.h"
 #include "MyApp.h"
 #include "NumberTool.h"
@@ -280,11 +281,5 @@ BENCHMARK(BM_ResumeAfterStoppedDisplay)->ArgNames({"mode", "bytes"})
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LarkBench::run<QApplication>(argc, argv);
 }
