@@ -4,6 +4,7 @@
 // (bench_serial_page). Remote serial port: a real ser2net at 4 Mbaud in front of a
 // socat pty, a board thread writing into the pty paced at 4 Mbaud's 400 KB/s and at
 // full speed, an Rfc2217Port reading: throughput, CPU per MB and bytes lost.
+#include "BoardWriter.h"
 #include "LarkBench.h"
 #include "CaptureWriter.h"
 #include "LarkPtyPair.h"
@@ -93,32 +94,6 @@ BENCHMARK(BM_Capture)->ArgNames({"format", "Bps"})
     ->Args({0, 0})->Args({1, 0})->Args({2, 0})->Args({3, 400000})->Args({0, 400000})->Args({1, 400000})
     ->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-void boardWriter(const QString &path, QByteArray data, int bytesPerSecond, std::atomic<bool> *stop)
-{
-    const int fd = ::open(path.toLocal8Bit().constData(), O_WRONLY | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0)
-        return;
-    QElapsedTimer t;
-    t.start();
-    qint64 done = 0;
-    while (done < data.size() && !stop->load()) {
-        if (bytesPerSecond > 0 && done >= t.elapsed() * bytesPerSecond / 1000) {
-            usleep(500);
-            continue;
-        }
-        const ssize_t w = ::write(fd, data.constData() + done, size_t(qMin<qint64>(4096, data.size() - done)));
-        if (w > 0) {
-            done += w;
-        } else if (w < 0 && errno == EAGAIN) {
-            pollfd p{fd, POLLOUT, 0};
-            ::poll(&p, 1, 100);
-        } else if (w < 0 && errno != EINTR) {
-            break;
-        }
-    }
-    ::close(fd);
-}
-
 void BM_Rfc2217Receive(benchmark::State &state)
 {
     const int bytesPerSecond = int(state.range(0));
@@ -167,7 +142,7 @@ void BM_Rfc2217Receive(benchmark::State &state)
         const double cpu0 = cpuSeconds();
         QElapsedTimer wall;
         wall.start();
-        std::thread writer(boardWriter, pty.boardPath(), data, bytesPerSecond, &stop);
+        std::thread writer(boardWriter, pty.boardPath(), data, bytesPerSecond, 4096, &stop);
         QEventLoop loop;
         QObject::connect(&remote, &QIODevice::readyRead, &loop, [&] {
             got += remote.readAll();
