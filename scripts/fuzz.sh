@@ -8,10 +8,10 @@ build=$1
 seconds=${FUZZ_SECONDS:-60}
 # FUZZ_RUNS ends a target earlier, after that many executions
 runs=${FUZZ_RUNS:+-runs=$FUZZ_RUNS}
-seeds="$(cd "$(dirname "$0")/.." && pwd)/tests/fuzz/corpus"
+seeds="$(cd "$(dirname "$0")/.." && pwd)/fuzz/corpus"
 failed=""
 mkdir -p "$build/fuzz-artifacts" "$build/fuzz-corpus"
-for exe in "$build"/tests/fuzz/fuzz_*; do
+for exe in "$build"/fuzz/fuzz_*; do
     [ -f "$exe" ] && [ -x "$exe" ] || continue
     name=$(basename "$exe")
     # inputs the fuzzer finds go to a corpus of the build's own; the seeds stay as checked in
