@@ -8,18 +8,9 @@
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSerialPort>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTextCodec>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <qcustomplot.h>
 
@@ -112,14 +103,6 @@ class TstPidDebugWidget : public QObject
         m_page->ExportDataToFile(file.fileName());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    // the file for these point lines of channels 1 to 5: GB18030 without BOM
-    static QByteArray csv(const QStringList &rows)
-    {
-        QString text = "PID调试数据\n";
-        for (int n = 1; n <= 5; ++n)
-            text += QString("通道 %1 数据如下：\n序号,实际值,目标值,差值\n").arg(n) + rows[n - 1] + "\n\n";
-        return QTextCodec::codecForName("GB18030")->fromUnicode(text);
-    }
 
 private slots:
     void init()
@@ -155,7 +138,7 @@ private slots:
         LarkTest::answerNextFileDialog(dir.filePath("dialog.csv"));
         button("导出数据")->click();
         QFile written(dir.filePath("dialog.csv"));
-        QVERIFY(written.open(QIODevice::ReadOnly) && written.readAll() == csv({"", "", "", "", ""}));
+        QVERIFY(written.open(QIODevice::ReadOnly) && written.readAll() == pidCsv({"", "", "", "", ""}));
         LarkTest::onNextModal([](QWidget *dlg) { dlg->close(); });
         button("导出数据")->click();
         QVERIFY(modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
@@ -321,7 +304,7 @@ private slots:
         QVERIFY(openPort());
         QCOMPARE(m_plot->graphCount(), 10);
         QVERIFY(boardSends(boardFrame(2, 1, le(50)) + boardFrame(2, 2, le(10)) + boardFrame(1, 2, le(3)) + boardFrame(1, 2, le(1234567))));
-        QCOMPARE(exported(), csv({"1,3,0,3\n2,1.23457e+06,0,1.23457e+06\n", "1,10,50,-40\n", "", "", ""}));
+        QCOMPARE(exported(), pidCsv({"1,3,0,3\n2,1.23457e+06,0,1.23457e+06\n", "1,10,50,-40\n", "", "", ""}));
         button("清空显示")->click();
         QCOMPARE(m_plot->graphCount(), 15);
         // CH1 target is gone; the old CH2 target is now first, in CH1's colour
@@ -332,7 +315,7 @@ private slots:
             QCOMPARE(m_plot->graph(g)->visible(), g == 0 || g == 5 || g > 9);
         QCOMPARE(m_plot->graph(5)->dataCount(), 0);
         // the survivors go in the file under their new positions; fresh actual curves read 0
-        QCOMPARE(exported(), csv({"1,0,50,-50\n", "", "1,0,3,-3\n2,0,1.23457e+06,-1.23457e+06\n", "", ""}));
+        QCOMPARE(exported(), pidCsv({"1,0,50,-50\n", "", "1,0,3,-3\n2,0,1.23457e+06,-1.23457e+06\n", "", ""}));
         // the fresh actual curve alone sets the scale, not the points before the clear
         QVERIFY(boardSends(boardFrame(2, 2, le(-4)) + boardFrame(2, 2, le(6))));
         QCOMPARE(m_plot->yAxis->range(), QCPRange(-4, 6));
