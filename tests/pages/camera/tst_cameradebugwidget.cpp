@@ -13,7 +13,6 @@
 #include "TcpServer.h"
 
 #include <QtNetwork>
-#include <QSerialPort>
 #include <QtTest>
 #include <QtWidgets>
 #include <unistd.h>
@@ -39,13 +38,7 @@ struct Rig {
 
     // a child by object name or by its text
     template <class T>
-    T *child(const QString &name)
-    {
-        for (T *w : page.findChildren<T *>())
-            if (w->objectName() == name || w->property("text").toString() == name)
-                return w;
-        return nullptr;
-    }
+    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
     QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
     // entry e of the register strip: 2k is row k's address, 2k + 1 its value
     QLineEdit *field(int e)

@@ -35,13 +35,7 @@ struct Rig {
     QString button() { return child<QPushButton>("btnOpen")->text(); }
     bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
     bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
-    QPushButton *sendButton()
-    {
-        for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>())
-            if (b->text() == "发送数据")
-                return b;
-        return nullptr;
-    }
+    QPushButton *sendButton() { return LarkTest::find<QPushButton>(page.sendBox(), "发送数据"); }
     QStringList notices() const
     {
         QStringList out;
@@ -360,8 +354,7 @@ private slots:
         LarkTest::answerNextFileDialog(dir.filePath("capture"), "*.bin");
         QTest::mouseClick(rig->child<QPushButton>("btnSaveFile"), Qt::LeftButton);
         QCOMPARE(rig->notices(), QStringList{"文件保存完成!"});
-        QFile file(dir.filePath("capture.bin"));
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == "A\r\nB");
+        QCOMPARE(LarkTest::fileBytes(dir.filePath("capture.bin")), QByteArray("A\r\nB"));
     }
 
     void aFloodIsCountedWholeWhileTheViewStaysBounded()

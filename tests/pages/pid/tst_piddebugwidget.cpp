@@ -44,14 +44,7 @@ class TstPidDebugWidget : public QObject
             texts << edit(k)->text();
         return texts.join('|');
     }
-    QPushButton *button(const QString &text) const
-    {
-        for (QPushButton *b : m_page->findChildren<QPushButton *>()) {
-            if (b->text() == text)
-                return b;
-        }
-        return nullptr;
-    }
+    QPushButton *button(const QString &text) const { return LarkTest::find<QPushButton>(m_page, text); }
     bool openPort()
     {
         button("打开串口")->click();
@@ -101,7 +94,7 @@ class TstPidDebugWidget : public QObject
             return QByteArray();
         file.close();
         m_page->ExportDataToFile(file.fileName());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return LarkTest::fileBytes(file.fileName());
     }
 
 private slots:
@@ -118,18 +111,6 @@ private slots:
         delete m_pty;
     }
 
-    // a port the system does not list is typed in and opened as "/dev/" + the text
-    void aTypedPseudoTerminalOpens()
-    {
-        m_page->SltSerialportChanged({});
-        auto *box = at<QComboBox>("串口配置", 0);
-        QVERIFY(box->isEditable() && box->count() == 0);
-        QTest::keyClicks(box->lineEdit(), m_pty->programShortName());
-        QVERIFY(openPort());
-        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
-        QVERIFY(boardSends(boardFrame(1, 6, le(20))));
-    }
-
     // the button asks for a name and writes what the plot holds, port open or not; a
     // cancelled dialog does nothing, an unwritable file is refused in a box
     void exportGoesThroughTheDialog()
@@ -137,27 +118,31 @@ private slots:
         QTemporaryDir dir;
         LarkTest::answerNextFileDialog(dir.filePath("dialog.csv"));
         button("导出数据")->click();
-        QFile written(dir.filePath("dialog.csv"));
-        QVERIFY(written.open(QIODevice::ReadOnly) && written.readAll() == pidCsv({"", "", "", "", ""}));
+        QCOMPARE(LarkTest::fileBytes(dir.filePath("dialog.csv")), pidCsv({}));
         LarkTest::onNextModal([](QWidget *dlg) { dlg->close(); });
         button("导出数据")->click();
         QVERIFY(modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
         QCOMPARE(QList<QVariantList>(*m_notes), (QList<QVariantList>{{"文件已导出：" + dir.filePath("dialog.csv"), 0}}));
     }
 
-    // what the user is told on open, close, failed open, start on a closed port and a
+    // what the user is told on open (of a port the system does not list, typed in and
+    // opened as "/dev/" + the text), close, failed open, start on a closed port and a
     // vanished port
     void userIsToldOfOpenCloseAndFailures()
     {
         at<QComboBox>("串口配置", 2)->setCurrentText("奇"); // no effect: always no parity
+        auto *ports = at<QComboBox>("串口配置", 0);
+        m_page->SltSerialportChanged({});
+        QVERIFY(ports->isEditable() && ports->count() == 0);
+        QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
         QVERIFY(openPort());
+        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
         button("关闭串口")->click();
         QVERIFY(!m_page->serialPort()->isOpen());
         m_page->SltSerialportChanged({"lark-no-such-tty"});
         QVERIFY(!openPort() && button("打开串口"));
         QVERIFY(modalText([&] { button("启动")->click(); }).contains("请确认是否打开串口！") && button("启动"));
         // the watcher keeps the open port, closes a vanished one
-        auto *ports = at<QComboBox>("串口配置", 0);
         m_page->SltSerialportChanged({m_pty->programShortName()});
         QVERIFY(openPort());
         m_page->SltSerialportChanged({"ttyS0", m_pty->programShortName(), "ttyUSB0"});

@@ -56,12 +56,6 @@ QByteArray boardLines(int size)
     return line.repeated(size / line.size() + 1).left(size);
 }
 
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
 bool s_portGone = false;
 
 } // namespace
@@ -78,13 +72,18 @@ private slots:
         MyApp::m_nTextCodecIndex = 1;
     }
 
+    // a port the system does not list is typed into the port box and opened as "/dev/" + the text
     void openAndCloseAreAnnouncedAndUseTheSettings()
     {
         Rig rig;
         rig.press(); // an empty port box tries the bare "/dev/"
         QCOMPARE(rig.notify.last(), (QVariantList{QString("串口[/dev/]打开失败!!!"), 255}));
-        QVERIFY(rig.open());
+        QComboBox *box = rig.child<QComboBox>("cbxPort");
+        QVERIFY(rig.pty.start() && box->isEditable());
+        QTest::keyClicks(box->lineEdit(), rig.pty.programShortName());
+        rig.press();
         const QString path = rig.pty.programPath();
+        QVERIFY(rig.page.serialport()->isOpen() && rig.page.serialport()->portName() == path);
         QCOMPARE(rig.notify.last(), (QVariantList{QString("串口[%1]打开成功!").arg(path), 0}));
         QCOMPARE(rig.child<QPushButton>("btnOpen")->text(), QString("关闭串口"));
         QVERIFY(rig.page.findChild<StatusLabel *>()->isWork());
@@ -282,7 +281,7 @@ private slots:
         page.findChild<QPushButton *>("btnSaveFile")->click();
         QCOMPARE(notify.value(0), (QVariantList{QString("文件保存完成!"), 0}));
         const QString expected = RecvViewText::plainTextOf(MyApp::toUnicode(block) + "\ntail");
-        QVERIFY(MyApp::toUnicode(readFile(dir.filePath("received.txt"))) == expected);
+        QVERIFY(MyApp::toUnicode(LarkTest::fileBytes(dir.filePath("received.txt"))) == expected);
         QTRY_VERIFY(!page.recvFeeder()->isPending());
         QVERIFY(expected.endsWith(page.terminal()->toPlainText()));
         QVERIFY(page.terminal()->toPlainText().endsWith("\ntail"));
@@ -338,7 +337,7 @@ private slots:
         QTemporaryDir dir;
         const QString name = dir.filePath(hex ? "x.bin" : "x.txt");
         rig.page.saveDataToFile(name);
-        QCOMPARE(readFile(name), QtRecvSaveFormat::saveBytes(name, paragraphs.join('\n')));
+        QCOMPARE(LarkTest::fileBytes(name), QtRecvSaveFormat::saveBytes(name, paragraphs.join('\n')));
     }
 
     // A megabyte held in HEX resumes as one paragraph of the saved text, while the view
@@ -404,19 +403,6 @@ private slots:
         rig.page.SltWriteDataToSerialport("late");
         QCOMPARE(rig.page.sendCount(), quint32(0));
         QCOMPARE(rig.counts.count(), reports);
-    }
-
-    // A port the system does not list is typed into the port box and opened as
-    // "/dev/" + the text.
-    void aTypedPseudoTerminalOpens()
-    {
-        Rig rig;
-        QComboBox *box = rig.child<QComboBox>("cbxPort");
-        QVERIFY(rig.pty.start() && box->isEditable());
-        QTest::keyClicks(box->lineEdit(), rig.pty.programShortName());
-        rig.press();
-        QVERIFY(rig.page.serialport()->isOpen());
-        QCOMPARE(rig.page.serialport()->portName(), rig.pty.programPath());
     }
 
     // every option of the four boxes reaches the tty, as the kernel holds it
