@@ -364,8 +364,7 @@ private slots:
                 got << QString::number(g) + ':' + values.join(',');
         }
         got << QString("y:%1,%2").arg(m_plot->yAxis->range().lower).arg(m_plot->yAxis->range().upper);
-        QFETCH(QString, points);
-        QCOMPARE(got.join(' '), points);
+        QTEST(got.join(' '), "points");
     }
 
     // every option of the four boxes reaches the tty as this page passes it on: the
