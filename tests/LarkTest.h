@@ -41,4 +41,16 @@ void click(QWidget *parent, const QString &key);
 #define LARK_TEST_MAIN(Class) \
     int main(int argc, char **argv) { return LarkTest::runTest<LarkTest::TestApplication, Class>(argc, argv); }
 
+namespace LarkTest {
+// the first child of parent of type T whose object name or text is key, or nullptr
+template <class T>
+T *find(const QObject *parent, const QString &key)
+{
+    for (T *w : parent->findChildren<T *>())
+        if (w->objectName() == key || w->property("text").toString() == key)
+            return w;
+    return nullptr;
+}
+} // namespace LarkTest
+
 #endif // LARKTEST_H

@@ -45,3 +45,11 @@ ReadOnlyFolder::~ReadOnlyFolder()
 }
 
 } // namespace LarkTest
+
+QByteArray LarkTest::fileBytes(const QString &path, qint64 at, qint64 length)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly) || !f.seek(at))
+        return "(missing)";
+    return length < 0 ? f.readAll() : f.read(length);
+}

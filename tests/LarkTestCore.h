@@ -52,4 +52,10 @@ int runTest(int argc, char **argv)
 #define LARK_TEST_GUILESS_MAIN(Class) \
     int main(int argc, char **argv) { return LarkTest::runTest<QCoreApplication, Class>(argc, argv); }
 
+namespace LarkTest {
+// length bytes (all when negative) of the file at path from offset at, "(missing)" when
+// it cannot be opened or has no such offset
+QByteArray fileBytes(const QString &path, qint64 at = 0, qint64 length = -1);
+} // namespace LarkTest
+
 #endif // LARKTESTCORE_H

@@ -13,7 +13,6 @@
 #include "TcpServer.h"
 
 #include <QtNetwork>
-#include <QSerialPort>
 #include <QtTest>
 #include <QtWidgets>
 #include <unistd.h>
@@ -37,21 +36,14 @@ struct Rig {
 
     ~Rig() { QFile::remove("/dev/" + tty); }
 
-    // a child by object name or by its text
     template <class T>
-    T *child(const QString &name)
-    {
-        for (T *w : page.findChildren<T *>())
-            if (w->objectName() == name || w->property("text").toString() == name)
-                return w;
-        return nullptr;
-    }
+    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
     QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
     // entry e of the register strip: 2k is row k's address, 2k + 1 its value
     QLineEdit *field(int e)
     {
         for (QLineEdit *w : page.formatConfig()->findChildren<QLineEdit *>())
-            if (w->property("id").toInt() == e && w->property("id").isValid())
+            if (w->property("id") == QVariant(e))
                 return w;
         return nullptr;
     }
@@ -111,9 +103,7 @@ struct Rig {
             return pty.boardReadAtLeast(n);
         if (link == Udp)
             return QByteArray(n, '?');
-        if (!QTest::qWaitFor([&] { return tcp->bytesAvailable() >= n; }, 5000))
-            return tcp->readAll();
-        return tcp->read(n + 1);
+        return QTest::qWaitFor([&] { return tcp->bytesAvailable() >= n; }, 5000) ? tcp->read(n + 1) : tcp->readAll();
     }
     QByteArray wire(const QByteArray &frame) { return link == Udp ? QByteArray(frame.size(), '?') : frame; }
 };
@@ -143,11 +133,9 @@ private slots:
     void everyLinkEndToEnd()
     {
         QFETCH(int, link);
-        QFETCH(QString, running);
         QFETCH(QString, closed);
-        QFETCH(QString, idle);
         QVERIFY(rig->open(Link(link)));
-        QCOMPARE(rig->button(), running);
+        QTEST(rig->button(), "running");
         // the TCP client runs outside the lamp, the rate timer and the locks
         const bool locked = link != Client;
         QCOMPARE(rig->child<StatusLabel>("statusLabel")->isWork(), locked);
@@ -188,7 +176,7 @@ private slots:
 
         rig->press();
         QCOMPARE(rig->lastNotice().value(0).toString(), link == Serial ? closed.arg(rig->tty) : closed);
-        QCOMPARE(rig->button(), idle);
+        QTEST(rig->button(), "idle");
         QVERIFY(!rig->child<StatusLabel>("statusLabel")->isWork() && rig->links()->isEnabled());
     }
 

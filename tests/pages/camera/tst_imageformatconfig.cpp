@@ -3,11 +3,8 @@
 #include "LarkTest.h"
 #include "QtMessageTip.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSignalSpy>
-#include <QStandardItemModel>
+#include <QtTest>
+#include <QtWidgets>
 
 // The strip as the user drives it: typed fields, row buttons, the page bar and the
 // register table window it opens.
@@ -182,6 +179,10 @@ private slots:
         QTest::newRow("other page") << 6 << 0xABu << ",,," << "00,AB,00,00" << "00,AB,00,00";
         QTest::newRow("bit 31 shown once, then 0") << 6 << 0x80000000u << ",,," << "00,FFFFFFFF80000000,00,00" << "00,00,00,00";
         QTest::newRow("unknown id") << 9 << 5u << ",,," << "00,00,00,00" << "00,00,00,00";
+        // the last row of a page belongs to that page, the first of the next to the next
+        QTest::newRow("last of the shown page") << 4 << 0x44u << ",,,44" << "00,00,00,00" << "00,00,00,00";
+        QTest::newRow("last of the next page") << 8 << 0x88u << ",,," << "00,00,00,88" << "00,00,00,88";
+        QTest::newRow("first of the next page") << 5 << 0x55u << ",,," << "55,00,00,00" << "55,00,00,00";
     }
     void readAnswersFindTheirRow()
     {
@@ -236,17 +237,6 @@ private slots:
         QTEST(tab == 0 ? fields(0, 5) : fields(16, 21), "fields");
         QTEST(tableRow(openManager(tab), 0), "firstRow");
     }
-
-    // the last row of a page belongs to that page, the first of the next to the next
-    void readAnswersForPageEdges_data()
-    {
-        for (const char *column : {"regId", "value", "page1", "page2", "page2Again"})
-            column[0] == 'r' ? QTest::addColumn<int>(column) : column[0] == 'v' ? QTest::addColumn<uint>(column) : QTest::addColumn<QString>(column);
-        QTest::newRow("last of the shown page") << 4 << 0x44u << ",,,44" << "00,00,00,00" << "00,00,00,00";
-        QTest::newRow("last of the next page") << 8 << 0x88u << ",,," << "00,00,00,88" << "00,00,00,88";
-        QTest::newRow("first of the next page") << 5 << 0x55u << ",,," << "55,00,00,00" << "55,00,00,00";
-    }
-    void readAnswersForPageEdges() { readAnswersFindTheirRow(); }
 };
 
 LARK_TEST_MAIN(TstImageFormatConfig)

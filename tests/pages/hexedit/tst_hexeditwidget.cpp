@@ -43,14 +43,9 @@ class TstHexEditWidget : public QObject
         });
         timer->start(10);
     }
-    static QByteArray contents(const QString &path, qint64 at = 0, qint64 length = -1)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) && f.seek(at) ? (length < 0 ? f.readAll() : f.read(length)) : "(missing)";
-    }
     static qint64 rssKb()
     {
-        const QByteArray status = contents("/proc/self/status");
+        const QByteArray status = LarkTest::fileBytes("/proc/self/status");
         return status.mid(status.indexOf("VmRSS:") + 6, 20).trimmed().split(' ').first().toLongLong();
     }
 
@@ -178,7 +173,7 @@ private slots:
         LarkTest::onNextModal([&told](QWidget *w) { told = w->findChild<QLabel *>("labMsgText")->text(), w->close(); });
         QVERIFY(!m_page->saveFile(m_dir.filePath("gone/a.bin")));
         QVERIFY2(told.startsWith("保存文件失败!\n" + m_dir.filePath("gone/a.bin")), qPrintable(told));
-        QCOMPARE(contents(path).toHex(), QByteArray("00112233"));
+        QCOMPARE(LarkTest::fileBytes(path).toHex(), QByteArray("00112233"));
         QCOMPARE(label(), "a.bin *");
         m_page->SltSave();
         QCOMPARE(QProcess::execute("cmp", {path, expected}), 0);
@@ -194,8 +189,8 @@ private slots:
         LarkTest::answerNextFileDialog(m_dir.filePath("copy.bin"));
         m_page->SltSaveAs();
         QCOMPARE(label(), "copy.bin");
-        QCOMPARE(contents(m_dir.filePath("copy.bin")).toHex(), QByteArray("cd112233"));
-        QCOMPARE(contents(path).toHex(), QByteArray("ab112233"));
+        QCOMPARE(LarkTest::fileBytes(m_dir.filePath("copy.bin")).toHex(), QByteArray("cd112233"));
+        QCOMPARE(LarkTest::fileBytes(path).toHex(), QByteArray("ab112233"));
     }
 
     // the bar's fields typed into and confirmed with Return, over "LARK" at 14 (across
@@ -263,9 +258,9 @@ private slots:
         QCOMPARE(label(), "copy.bin  [0x80000000 - 0xbfffffff]");
         QVERIFY2(rssKb() - before < 100 * 1024, qPrintable(QString("grew by %1 kB").arg(rssKb() - before)));
         QCOMPARE(QFileInfo(copy).size(), size);
-        QCOMPARE(contents(copy, mark - 1, 6), QByteArray("\0LARK\0", 6));
-        QCOMPARE(contents(copy, size - 2, 2), QByteArray("\0\x5a", 2));
-        QCOMPARE(contents(big.fileName(), size - 1, 1), QByteArray(1, '\0'));
+        QCOMPARE(LarkTest::fileBytes(copy, mark - 1, 6), QByteArray("\0LARK\0", 6));
+        QCOMPARE(LarkTest::fileBytes(copy, size - 2, 2), QByteArray("\0\x5a", 2));
+        QCOMPARE(LarkTest::fileBytes(big.fileName(), size - 1, 1), QByteArray(1, '\0'));
     }
 
     // a file of 100 MB (sparse, so quick to make) opens and is edited at its last byte

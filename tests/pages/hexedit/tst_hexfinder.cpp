@@ -47,7 +47,6 @@ private slots:
         QFETCH(qint64, from);
         QFETCH(bool, backwards);
         QFETCH(bool, wrap);
-        QFETCH(qint64, at);
         QString error;
         const QByteArray pattern = HexFinder::pattern(text, HexFinder::Mode(mode), &error);
         QVERIFY2(error.isEmpty(), qPrintable(error));
@@ -57,7 +56,7 @@ private slots:
         };
         for (qint64 chunk : {qint64(5), qint64(1) << 20}) {
             HexFinder::m_nChunkSize = chunk;
-            QCOMPARE(HexFinder::find(pattern, m_content.size(), reader, from, backwards, wrap), at);
+            QTEST(HexFinder::find(pattern, m_content.size(), reader, from, backwards, wrap), "at");
         }
     }
 

@@ -16,6 +16,13 @@ namespace {
 
 using Peer = std::unique_ptr<QTcpSocket>;
 
+// a mode, the port typed, the button's text idle and running, the notices of each press
+struct ModeRow {
+    int mode;
+    QString port, idle, running;
+    QStringList opened, closed;
+};
+
 // The page with a spy on its notices, driven through its own buttons; its peers are
 // loopback QTcpSockets and QUdpSockets, and `board` serves its client mode.
 struct Rig {
@@ -28,13 +35,7 @@ struct Rig {
     QString button() { return child<QPushButton>("btnOpen")->text(); }
     bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
     bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
-    QPushButton *sendButton()
-    {
-        for (QPushButton *b : page.sendBox()->findChildren<QPushButton *>())
-            if (b->text() == "发送数据")
-                return b;
-        return nullptr;
-    }
+    QPushButton *sendButton() { return LarkTest::find<QPushButton>(page.sendBox(), "发送数据"); }
     QStringList notices() const
     {
         QStringList out;
@@ -96,6 +97,7 @@ struct Rig {
 };
 
 } // namespace
+Q_DECLARE_METATYPE(ModeRow)
 
 class TstNetworkToolWidget : public QObject
 {
@@ -109,35 +111,24 @@ private slots:
 
     void eachModeOpensAndClosesWithItsNotices_data()
     {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("idle");
-        QTest::addColumn<QString>("running");
-        QTest::addColumn<QStringList>("opened");
-        QTest::addColumn<QStringList>("closed");
+        QTest::addColumn<ModeRow>("row");
         // text that is no port gives 0, and the system picks a free one
-        QTest::newRow("TCP Server") << 0 << "port" << "启动监听" << "停止监听" << QStringList{"TCP服务监听[端口:0]已启动!!"}
-                                    << QStringList{"TCP服务监听[端口:0]已关闭!!"};
+        QTest::newRow("TCP Server") << ModeRow{0, "port", "启动监听", "停止监听", {"TCP服务监听[端口:0]已启动!!"},
+                                               {"TCP服务监听[端口:0]已关闭!!"}};
         // the user's close gives the socket's own report, then the button's
-        QTest::newRow("TCP Client") << 1 << "board" << "建立连接" << "断开连接"
-                                    << QStringList{"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"}
-                                    << QStringList{"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"};
-        QTest::newRow("UDP") << 2 << "" << "打开" << "关闭" << QStringList{"UDP服务监听[端口:0]已启动!!"} << QStringList();
+        QTest::newRow("TCP Client") << ModeRow{1, "board", "建立连接", "断开连接",
+                                               {"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"},
+                                               {"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"}};
+        QTest::newRow("UDP") << ModeRow{2, "", "打开", "关闭", {"UDP服务监听[端口:0]已启动!!"}, {}};
         // a port in use fails at each press
-        const QStringList serverFailed{"TCP服务监听[端口:%1]失败，请确认该端口是否可用!!"};
-        const QStringList udpFailed{"UDP服务监听[端口:%1]失败，请确认该端口是否可用!!"};
-        QTest::newRow("server, in use") << 0 << "taken" << "启动监听" << "启动监听" << serverFailed << serverFailed;
-        QTest::newRow("udp, in use") << 2 << "taken" << "打开" << "打开" << udpFailed << udpFailed;
+        QTest::newRow("server, in use") << ModeRow{0, "taken", "启动监听", "启动监听", {"TCP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
+        QTest::newRow("udp, in use") << ModeRow{2, "taken", "打开", "打开", {"UDP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
     }
 
     void eachModeOpensAndClosesWithItsNotices()
     {
-        QFETCH(int, mode);
-        QFETCH(QString, port);
-        QFETCH(QString, idle);
-        QFETCH(QString, running);
-        QFETCH(QStringList, opened);
-        QFETCH(QStringList, closed);
+        QFETCH(ModeRow, row);
+        auto [mode, port, idle, running, opened, closed] = row;
         QTcpServer tcpHolder;
         QUdpSocket udpHolder;
         QVERIFY(tcpHolder.listen(QHostAddress::Any, 0));
@@ -320,8 +311,10 @@ private slots:
     }
 
     // text from each sender goes under its own tag; a send goes to the destination
-    // fields, or a tip says which is wrong, and is counted either way
-    void udpTagsEachSenderAndSendsToTheDestinationFields()
+    // fields, or a tip says which is wrong, and is counted either way; in HEX the senders
+    // run together, untagged, CR LF kept; stopped, data is only counted; the real dialog
+    // saves what the view holds as bytes
+    void udpTagsEachSenderSendsToTheDestinationAndSavesHexAsBytes()
     {
         const quint16 port = rig->startUdp();
         QUdpSocket a, b;
@@ -347,33 +340,21 @@ private slots:
         QCOMPARE(rig->page.sendCount(), quint64(12));
         rig->page.clearRecv();
         QCOMPARE(rig->page.recvText(), QString());
-    }
 
-    // in HEX the senders run together, untagged, CR LF kept; stopped, data is only
-    // counted; the real dialog saves what the view holds as bytes
-    void udpHexRunsTogetherAndIsSavedAsBytes()
-    {
-        const quint16 port = rig->startUdp();
-        QUdpSocket a, b;
-        QVERIFY(a.bind(QHostAddress(QHostAddress::LocalHost), 0));
-        QVERIFY(b.bind(QHostAddress(QHostAddress::LocalHost), 0));
         rig->child<QRadioButton>("rbtnRecvHex")->setChecked(true);
         a.writeDatagram("A\r\n", QHostAddress::LocalHost, port);
-        QTRY_COMPARE(rig->page.recvCount(), quint64(3));
+        QTRY_COMPARE(rig->page.recvCount(), quint64(17));
         b.writeDatagram("B", QHostAddress::LocalHost, port);
         QTRY_COMPARE(rig->page.recvText(), QString("41 0D 0A 42 "));
-
         rig->child<QCheckBox>("chkStopShow")->setChecked(true);
         a.writeDatagram("hidden", QHostAddress::LocalHost, port);
-        QTRY_COMPARE(rig->page.getCounts(), (QStringList{"发送字节: 0", "接收字节: 10"}));
-
+        QTRY_COMPARE(rig->page.getCounts(), (QStringList{"发送字节: 12", "接收字节: 24"}));
         QTemporaryDir dir;
         rig->notify.clear();
         LarkTest::answerNextFileDialog(dir.filePath("capture"), "*.bin");
         QTest::mouseClick(rig->child<QPushButton>("btnSaveFile"), Qt::LeftButton);
         QCOMPARE(rig->notices(), QStringList{"文件保存完成!"});
-        QFile file(dir.filePath("capture.bin"));
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll() == "A\r\nB");
+        QCOMPARE(LarkTest::fileBytes(dir.filePath("capture.bin")), QByteArray("A\r\nB"));
     }
 
     void aFloodIsCountedWholeWhileTheViewStaysBounded()

@@ -8,18 +8,9 @@
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSerialPort>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTextCodec>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <qcustomplot.h>
 
@@ -53,14 +44,7 @@ class TstPidDebugWidget : public QObject
             texts << edit(k)->text();
         return texts.join('|');
     }
-    QPushButton *button(const QString &text) const
-    {
-        for (QPushButton *b : m_page->findChildren<QPushButton *>()) {
-            if (b->text() == text)
-                return b;
-        }
-        return nullptr;
-    }
+    QPushButton *button(const QString &text) const { return LarkTest::find<QPushButton>(m_page, text); }
     bool openPort()
     {
         button("打开串口")->click();
@@ -80,12 +64,7 @@ class TstPidDebugWidget : public QObject
     // the spy's, so the parser is done by then)
     bool boardSends(const QByteArray &data)
     {
-        auto received = [this] {
-            int n = 0;
-            for (const QList<QVariant> &args : qAsConst(*m_reads))
-                n += args.at(0).toByteArray().size();
-            return n;
-        };
+        auto received = [this] { return LarkTapSpy::joined(*m_reads).size(); };
         const int want = received() + data.size();
         return m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
     }
@@ -101,24 +80,12 @@ class TstPidDebugWidget : public QObject
         return text;
     }
 
-    // exports over an older, longer file, which is truncated; the bytes written
+    // the bytes the page exports (how the file is written: the exporter's own test)
     QByteArray exported()
     {
         QTemporaryDir dir;
-        QFile file(dir.filePath("pid.csv"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(4096, 'x')) != 4096)
-            return QByteArray();
-        file.close();
-        m_page->ExportDataToFile(file.fileName());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    // the file for these point lines of channels 1 to 5: GB18030 without BOM
-    static QByteArray csv(const QStringList &rows)
-    {
-        QString text = "PID调试数据\n";
-        for (int n = 1; n <= 5; ++n)
-            text += QString("通道 %1 数据如下：\n序号,实际值,目标值,差值\n").arg(n) + rows[n - 1] + "\n\n";
-        return QTextCodec::codecForName("GB18030")->fromUnicode(text);
+        m_page->ExportDataToFile(dir.filePath("pid.csv"));
+        return LarkTest::fileBytes(dir.filePath("pid.csv"));
     }
 
 private slots:
@@ -135,18 +102,6 @@ private slots:
         delete m_pty;
     }
 
-    // a port the system does not list is typed in and opened as "/dev/" + the text
-    void aTypedPseudoTerminalOpens()
-    {
-        m_page->SltSerialportChanged({});
-        auto *box = at<QComboBox>("串口配置", 0);
-        QVERIFY(box->isEditable() && box->count() == 0);
-        QTest::keyClicks(box->lineEdit(), m_pty->programShortName());
-        QVERIFY(openPort());
-        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
-        QVERIFY(boardSends(boardFrame(1, 6, le(20))));
-    }
-
     // the button asks for a name and writes what the plot holds, port open or not; a
     // cancelled dialog does nothing, an unwritable file is refused in a box
     void exportGoesThroughTheDialog()
@@ -154,27 +109,31 @@ private slots:
         QTemporaryDir dir;
         LarkTest::answerNextFileDialog(dir.filePath("dialog.csv"));
         button("导出数据")->click();
-        QFile written(dir.filePath("dialog.csv"));
-        QVERIFY(written.open(QIODevice::ReadOnly) && written.readAll() == csv({"", "", "", "", ""}));
+        QCOMPARE(LarkTest::fileBytes(dir.filePath("dialog.csv")), pidCsv({}));
         LarkTest::onNextModal([](QWidget *dlg) { dlg->close(); });
         button("导出数据")->click();
         QVERIFY(modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
         QCOMPARE(QList<QVariantList>(*m_notes), (QList<QVariantList>{{"文件已导出：" + dir.filePath("dialog.csv"), 0}}));
     }
 
-    // what the user is told on open, close, failed open, start on a closed port and a
+    // what the user is told on open (of a port the system does not list, typed in and
+    // opened as "/dev/" + the text), close, failed open, start on a closed port and a
     // vanished port
     void userIsToldOfOpenCloseAndFailures()
     {
         at<QComboBox>("串口配置", 2)->setCurrentText("奇"); // no effect: always no parity
+        auto *ports = at<QComboBox>("串口配置", 0);
+        m_page->SltSerialportChanged({});
+        QVERIFY(ports->isEditable() && ports->count() == 0);
+        QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
         QVERIFY(openPort());
+        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
         button("关闭串口")->click();
         QVERIFY(!m_page->serialPort()->isOpen());
         m_page->SltSerialportChanged({"lark-no-such-tty"});
         QVERIFY(!openPort() && button("打开串口"));
         QVERIFY(modalText([&] { button("启动")->click(); }).contains("请确认是否打开串口！") && button("启动"));
         // the watcher keeps the open port, closes a vanished one
-        auto *ports = at<QComboBox>("串口配置", 0);
         m_page->SltSerialportChanged({m_pty->programShortName()});
         QVERIFY(openPort());
         m_page->SltSerialportChanged({"ttyS0", m_pty->programShortName(), "ttyUSB0"});
@@ -321,7 +280,7 @@ private slots:
         QVERIFY(openPort());
         QCOMPARE(m_plot->graphCount(), 10);
         QVERIFY(boardSends(boardFrame(2, 1, le(50)) + boardFrame(2, 2, le(10)) + boardFrame(1, 2, le(3)) + boardFrame(1, 2, le(1234567))));
-        QCOMPARE(exported(), csv({"1,3,0,3\n2,1.23457e+06,0,1.23457e+06\n", "1,10,50,-40\n", "", "", ""}));
+        QCOMPARE(exported(), pidCsv({"1,3,0,3\n2,1.23457e+06,0,1.23457e+06\n", "1,10,50,-40\n", "", "", ""}));
         button("清空显示")->click();
         QCOMPARE(m_plot->graphCount(), 15);
         // CH1 target is gone; the old CH2 target is now first, in CH1's colour
@@ -332,7 +291,7 @@ private slots:
             QCOMPARE(m_plot->graph(g)->visible(), g == 0 || g == 5 || g > 9);
         QCOMPARE(m_plot->graph(5)->dataCount(), 0);
         // the survivors go in the file under their new positions; fresh actual curves read 0
-        QCOMPARE(exported(), csv({"1,0,50,-50\n", "", "1,0,3,-3\n2,0,1.23457e+06,-1.23457e+06\n", "", ""}));
+        QCOMPARE(exported(), pidCsv({"1,0,50,-50\n", "", "1,0,3,-3\n2,0,1.23457e+06,-1.23457e+06\n", "", ""}));
         // the fresh actual curve alone sets the scale, not the points before the clear
         QVERIFY(boardSends(boardFrame(2, 2, le(-4)) + boardFrame(2, 2, le(6))));
         QCOMPARE(m_plot->yAxis->range(), QCPRange(-4, 6));
@@ -405,8 +364,7 @@ private slots:
                 got << QString::number(g) + ':' + values.join(',');
         }
         got << QString("y:%1,%2").arg(m_plot->yAxis->range().lower).arg(m_plot->yAxis->range().upper);
-        QFETCH(QString, points);
-        QCOMPARE(got.join(' '), points);
+        QTEST(got.join(' '), "points");
     }
 
     // every option of the four boxes reaches the tty as this page passes it on: the

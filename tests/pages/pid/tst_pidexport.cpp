@@ -1,8 +1,7 @@
 #include "LarkTestCore.h"
+#include "PidBoardFrame.h"
 #include "PidExport.h"
 
-#include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
 
 using Curve = QVector<double>;
@@ -10,16 +9,6 @@ using Curve = QVector<double>;
 class TstPidExport : public QObject
 {
     Q_OBJECT
-
-    // the expected file for these point lines of channels 1 to 5: GB18030, no BOM
-    static QByteArray file(const QStringList &rows)
-    {
-        QString text = "PID调试数据\n";
-        for (int n = 1; n <= 5; ++n)
-            text += QString("通道 %1 数据如下：\n序号,实际值,目标值,差值\n").arg(n) + rows.value(n - 1) + "\n\n";
-        return QTextCodec::codecForName("GB18030")->fromUnicode(text);
-    }
-
 private slots:
     // The target curve sets the row count; the actual one is read at the same position,
     // bounded to its last point, an empty one reading 0.
@@ -48,7 +37,7 @@ private slots:
         exporter.setCurves(channel, target, actual);
         QStringList all{"", "", "", "", ""};
         all[channel - 1] = rows;
-        QCOMPARE(exporter.text(), file(all));
+        QCOMPARE(exporter.text(), pidCsv(all));
     }
 
     void writeReplacesTheWholeFileAndRefusesAFolderThatIsNotThere()
@@ -61,7 +50,7 @@ private slots:
         exporter.setCurves(1, {1}, {2});
         QVERIFY(exporter.write(old.fileName()));
         QVERIFY(old.open(QIODevice::ReadOnly));
-        QCOMPARE(old.readAll(), file({"1,2,1,1\n"}));
+        QCOMPARE(old.readAll(), pidCsv({"1,2,1,1\n"}));
         QVERIFY(!exporter.write(dir.filePath("missing/pid.csv")));
     }
 };

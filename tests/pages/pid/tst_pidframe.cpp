@@ -58,21 +58,11 @@ private slots:
         }
     }
 
-    void channelByteWrapsAndHeaderIsLark_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<int>("byte");
-        QTest::newRow("first") << 0 << 1;
-        QTest::newRow("fifth") << 4 << 5;
-        QTest::newRow("no selection") << -1 << 0;
-        QTest::newRow("wraps") << 255 << 0;
-    }
-
+    // first, fifth, no selection, wrapped: the byte for each channel index
     void channelByteWrapsAndHeaderIsLark()
     {
-        QFETCH(int, index);
-        QFETCH(int, byte);
-        QCOMPARE(int(PidFrame::channelByte(index)), byte);
+        for (const QPair<int, int> &b : QList<QPair<int, int>>{{0, 1}, {4, 5}, {-1, 0}, {255, 0}})
+            QCOMPARE(int(PidFrame::channelByte(b.first)), b.second);
         QCOMPARE(PidFrame::header(), QByteArray("LARK"));
     }
 };

@@ -61,8 +61,6 @@ private slots:
     {
         QFETCH(QList<QByteArray>, chunks);
         QFETCH(bool, displayStopped);
-        QFETCH(QString, decoded);
-        QFETCH(QByteArray, rest);
         QByteArray buffer;
         QStringList passes;
         for (const QByteArray &chunk : chunks) {
@@ -74,8 +72,8 @@ private slots:
             passes << got.join(' ');
             buffer.remove(0, decoder.consumed());
         }
-        QCOMPARE(passes.join('/'), decoded);
-        QCOMPARE(buffer, rest);
+        QTEST(passes.join('/'), "decoded");
+        QTEST(buffer, "rest");
     }
 };
 

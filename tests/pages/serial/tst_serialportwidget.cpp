@@ -15,9 +15,6 @@
 #include "UiSkin.h"
 #include "StatusLabel.h"
 
-#include <QTextBlock>
-#include <QTextDocument>
-#include <QSerialPort>
 #include <QtTest>
 #include <QtWidgets>
 
@@ -33,12 +30,13 @@ struct Rig {
     template <typename T>
     T *child(const char *name) { return page.findChild<T *>(QString::fromLatin1(name)); }
 
+    void press() { child<QPushButton>("btnOpen")->click(); }
     bool open()
     {
         if (!pty.start())
             return false;
         page.SltSerialportChanged({pty.programShortName()});
-        child<QPushButton>("btnOpen")->click();
+        press();
         return page.serialport()->isOpen();
     }
     // the board writes, and the test waits until the page has taken one read
@@ -48,11 +46,7 @@ struct Rig {
         return pty.boardWrite(bytes) && ready.wait(5000);
     }
     // what the view shows once the reads of this display frame have gone in
-    QString shown() const
-    {
-        page.recvFeeder()->flush();
-        return page.terminal()->toPlainText();
-    }
+    QString shown() const { return page.recvFeeder()->flush(), page.terminal()->toPlainText(); }
 };
 
 // lines a board prints, GB18030 text among them
@@ -60,12 +54,6 @@ QByteArray boardLines(int size)
 {
     const QByteArray line = MyApp::strToUnicode(QString("temp=25.3 状态正常 <ok> 0123456789\r\n"));
     return line.repeated(size / line.size() + 1).left(size);
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 
 bool s_portGone = false;
@@ -84,38 +72,28 @@ private slots:
         MyApp::m_nTextCodecIndex = 1;
     }
 
+    // a port the system does not list is typed into the port box and opened as "/dev/" + the text
     void openAndCloseAreAnnouncedAndUseTheSettings()
     {
         Rig rig;
-        // an empty port box tries the bare "/dev/"
-        rig.child<QPushButton>("btnOpen")->click();
+        rig.press(); // an empty port box tries the bare "/dev/"
         QCOMPARE(rig.notify.last(), (QVariantList{QString("串口[/dev/]打开失败!!!"), 255}));
-        QVERIFY(rig.open());
+        QComboBox *box = rig.child<QComboBox>("cbxPort");
+        QVERIFY(rig.pty.start() && box->isEditable());
+        QTest::keyClicks(box->lineEdit(), rig.pty.programShortName());
+        rig.press();
         const QString path = rig.pty.programPath();
+        QVERIFY(rig.page.serialport()->isOpen() && rig.page.serialport()->portName() == path);
         QCOMPARE(rig.notify.last(), (QVariantList{QString("串口[%1]打开成功!").arg(path), 0}));
         QCOMPARE(rig.child<QPushButton>("btnOpen")->text(), QString("关闭串口"));
         QVERIFY(rig.page.findChild<StatusLabel *>()->isWork());
+        // the start settings reach the port: 115200 8N1 (every other option: the sweep)
         QextSerialPort *port = rig.page.serialport();
-        auto settings = [port] {
-            return QList<int>{int(port->baudRate()), int(port->dataBits()), int(port->stopBits()), int(port->parity())};
-        };
-        // the start settings reach the port: 115200 8N1
-        QCOMPARE(settings(), (QList<int>{115200, 8, 0, 0}));
-
-        rig.child<QPushButton>("btnOpen")->click();
-        QVERIFY(!port->isOpen());
+        QCOMPARE((QList<int>{int(port->baudRate()), port->dataBits(), port->stopBits(), port->parity()}),
+                 (QList<int>{115200, 8, 0, 0}));
+        rig.press();
+        QVERIFY(!port->isOpen() && !rig.page.findChild<StatusLabel *>()->isWork());
         QCOMPARE(rig.notify.last(), (QVariantList{QString("串口[%1]已关闭!!").arg(path), 0}));
-        QVERIFY(!rig.page.findChild<StatusLabel *>()->isWork());
-
-        // changed settings go over at the next open
-        rig.child<QComboBox>("cbxBaud")->setCurrentText("460800");
-        rig.child<QComboBox>("cbxDataBits")->setCurrentText("7");
-        rig.child<QComboBox>("cbxStopBits")->setCurrentIndex(1);
-        rig.child<QComboBox>("cbxParity")->setCurrentIndex(2);
-        rig.child<QPushButton>("btnOpen")->click();
-        QVERIFY(port->isOpen());
-        QCOMPARE(settings(), (QList<int>{460800, 7, 1, 2}));
-
         rig.page.show();
         QToolButton *fold = rig.child<QToolButton>("btnFold");
         fold->click();
@@ -144,7 +122,7 @@ private slots:
         QCOMPARE(tap.received(), QByteArray("ab\xE4"));
         QCOMPARE(rig.page.linkTap()->write("ping") + rig.page.sendCount(), 8);
         QCOMPARE(rig.pty.boardReadAtLeast(4) + tap.sent(), QByteArray("pingping"));
-        byWatcher ? rig.page.SltSerialportChanged({}) : rig.child<QPushButton>("btnOpen")->click();
+        byWatcher ? rig.page.SltSerialportChanged({}) : rig.press();
         QCOMPARE(tap.life(), "open " + rig.pty.programPath() + " closed x1");
     }
 
@@ -252,9 +230,7 @@ private slots:
         // typed, with new line: "\n" becomes "\r\n" and the new line follows
         rig.child<QCheckBox>("chkSendNewLine")->click();
         box->findChild<QTextEdit *>()->setPlainText("AT+中\nB");
-        for (QPushButton *b : box->findChildren<QPushButton *>())
-            if (b->text() == QString("发送数据"))
-                b->click();
+        LarkTest::click(box, "发送数据");
         const QByteArray typed("AT+\xD6\xD0\r\nB\r\n");
         QCOMPARE(rig.pty.boardReadAtLeast(typed.size()), typed);
 
@@ -305,7 +281,7 @@ private slots:
         page.findChild<QPushButton *>("btnSaveFile")->click();
         QCOMPARE(notify.value(0), (QVariantList{QString("文件保存完成!"), 0}));
         const QString expected = RecvViewText::plainTextOf(MyApp::toUnicode(block) + "\ntail");
-        QVERIFY(MyApp::toUnicode(readFile(dir.filePath("received.txt"))) == expected);
+        QVERIFY(MyApp::toUnicode(LarkTest::fileBytes(dir.filePath("received.txt"))) == expected);
         QTRY_VERIFY(!page.recvFeeder()->isPending());
         QVERIFY(expected.endsWith(page.terminal()->toPlainText()));
         QVERIFY(page.terminal()->toPlainText().endsWith("\ntail"));
@@ -361,7 +337,7 @@ private slots:
         QTemporaryDir dir;
         const QString name = dir.filePath(hex ? "x.bin" : "x.txt");
         rig.page.saveDataToFile(name);
-        QCOMPARE(readFile(name), QtRecvSaveFormat::saveBytes(name, paragraphs.join('\n')));
+        QCOMPARE(LarkTest::fileBytes(name), QtRecvSaveFormat::saveBytes(name, paragraphs.join('\n')));
     }
 
     // A megabyte held in HEX resumes as one paragraph of the saved text, while the view
@@ -429,69 +405,16 @@ private slots:
         QCOMPARE(rig.counts.count(), reports);
     }
 
-    // A port the system does not list is typed into the port box and opened as
-    // "/dev/" + the text.
-    void aTypedPseudoTerminalOpens()
-    {
-        Rig rig;
-        QVERIFY(rig.pty.start());
-        QComboBox *box = rig.child<QComboBox>("cbxPort");
-        QVERIFY(box->isEditable());
-        box->setFocus();
-        box->lineEdit()->selectAll();
-        QTest::keyClicks(box->lineEdit(), rig.pty.programShortName());
-        rig.child<QPushButton>("btnOpen")->click();
-        QVERIFY(rig.page.serialport()->isOpen());
-        QCOMPARE(rig.page.serialport()->portName(), rig.pty.programPath());
-        QVERIFY(rig.boardSendsOneRead("typed"));
-        QCOMPARE(rig.shown(), QString("typed"));
-    }
-
-    // socat's link=/dev/ttyV0 way: the watcher lists the link within one tick, and once
-    // it goes, the open port is closed as any change of the count closes it.
-    void aDevLinkToAPtyComesAndGoesWithinATick()
-    {
-        Rig rig;
-        QVERIFY(rig.pty.start());
-        const QString name = QString("ttyLarkTest%1").arg(QCoreApplication::applicationPid());
-        const QString link = "/dev/" + name;
-        QFile::remove(link);
-        if (!QFile::link(rig.pty.programPath(), link))
-            QSKIP("/dev is not writable here");
-        struct Guard {
-            QString path;
-            ~Guard() { QFile::remove(path); }
-        } guard{link};
-        QSerialPorCheck check;
-        QObject::connect(&check, SIGNAL(signalSerialChanged(QStringList)), &rig.page,
-                         SLOT(SltSerialportChanged(QStringList)));
-        check.setInterval(200);
-        QComboBox *box = rig.child<QComboBox>("cbxPort");
-        QTRY_VERIFY_WITH_TIMEOUT(box->findText(name) >= 0, 300);
-        box->setCurrentIndex(box->findText(name));
-        rig.child<QPushButton>("btnOpen")->click();
-        QVERIFY(rig.page.serialport()->isOpen());
-        QCOMPARE(rig.page.serialport()->portName(), link);
-        QVERIFY(rig.boardSendsOneRead("via link"));
-        QCOMPARE(rig.shown(), QString("via link"));
-
-        QVERIFY(QFile::remove(link));
-        QTRY_VERIFY_WITH_TIMEOUT(!rig.page.serialport()->isOpen(), 300);
-        QCOMPARE(rig.notify.last(), (QVariantList{QString("当前串口已拔出，请重新打开!"), 255}));
-        QCOMPARE(box->findText(name), -1);
-    }
-
     // every option of the four boxes reaches the tty, as the kernel holds it
     void everySerialOptionReachesTheTty()
     {
         Rig rig;
         QVERIFY(rig.open());
-        QPushButton *button = rig.child<QPushButton>("btnOpen");
         QextSerialPort *port = rig.page.serialport();
-        button->click();
+        rig.press();
         QCOMPARE(LarkTest::sweepSerialOptions(
-                     &rig.page, rig.pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; }, [&] { button->click(); return port->isOpen(); },
-                     [&] { if (port->isOpen()) button->click(); }),
+                     &rig.page, rig.pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; },
+                     [&] { rig.press(); return port->isOpen(); }, [&] { if (port->isOpen()) rig.press(); }),
                  LarkTest::qextSerialSweep());
     }
 
