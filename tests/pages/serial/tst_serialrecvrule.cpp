@@ -1,5 +1,8 @@
 #include "LarkTestCore.h"
 #include "MyApp.h"
+#include "NumberTool.h"
+#include "QtRecvSaveFormat.h"
+#include "RecvViewText.h"
 #include "SerialRecvRule.h"
 
 #include <QtTest>
@@ -60,6 +63,54 @@ private slots:
     {
         QCOMPARE(SerialRecvRule::logTag(QTime(9, 5, 7, 42), true), QString("[09:05:07.042] ASCII >"));
         QCOMPARE(SerialRecvRule::logTag(QTime(23, 59, 59, 999), false), QString("[23:59:59.999] HEX >"));
+    }
+
+    // What a run of reads leaves for "保存到文件": each read a paragraph of its own, as
+    // the view's plain text reads, and the bytes a .bin and a .txt file get from it.
+    void readsAreSavedAsTheyShow_data()
+    {
+        QTest::addColumn<bool>("hex");
+        QTest::addColumn<int>("codec");
+        QTest::addColumn<QByteArrayList>("reads");
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<QByteArray>("bin");
+        QByteArray all(256, 0);
+        for (int i = 0; i < 256; ++i)
+            all[i] = char(i);
+        // the lenient converter reads a paragraph break and the digit after it as one
+        // byte of its own: the saved file is what the view reads back as, quirks kept
+        QByteArray allSaved = all;
+        allSaved.replace(213, 1, "\xFD\x4F").replace(13, 1, "\xF0\xCF");
+        QTest::newRow("hex of every byte") << true << 1 << QByteArrayList{all.left(13), all.mid(13, 200), all.mid(213)}
+                                           << NumberTool::byteToHex(all.left(13)) + '\n' + NumberTool::byteToHex(all.mid(13, 200))
+                                                  + '\n' + NumberTool::byteToHex(all.mid(213))
+                                           << allSaved;
+        QTest::newRow("hex of text lines") << true << 1 << QByteArrayList{"a\r\n", "\r"} << "61 0D 0A \n0D "
+                                           << QByteArray("a\r\n\xF0\xCF");
+        QTest::newRow("GB18030 lines and a character split over reads")
+            << false << 1 << QByteArrayList{"\xD7\xB4\xCC\xAC\r\nok\r", "\n\xD6", "\xD0!\r\r\n"}
+            << QString::fromUtf8("状态\nok\n\n\n\n\xEF\xBF\xBD!\n\n") << QByteArray(6, char(0xEF));
+        QTest::newRow("UTF-8 with controls of binary data")
+            << false << 0 << QByteArrayList{QByteArray("\x00\x01\x1B[31m\x7F\xC2\x85", 9), "\xE4\xB8", "\xAD"}
+            << QString::fromUtf8("\0\x01\x1B[31m\x7F\xEF\xBF\xBD\n\xEF\xBF\xBD\xEF\xBF\xBD\n\xEF\xBF\xBD", 22) << QByteArray("\xEF\xEF" "1\xEF\xEF\xEF\xEF");
+    }
+
+    void readsAreSavedAsTheyShow()
+    {
+        QFETCH(bool, hex);
+        QFETCH(int, codec);
+        QFETCH(QByteArrayList, reads);
+        QFETCH(QString, saved);
+        QFETCH(QByteArray, bin);
+        MyApp::m_nTextCodecIndex = codec;
+        QString text;
+        for (const QByteArray &read : reads)
+            text += (text.isEmpty() ? QString() : QString(QChar(QChar::ParagraphSeparator))) + SerialRecvRule::displayText(read, hex);
+        const QString plain = RecvViewText::plainTextOf(text);
+        QCOMPARE(plain, saved);
+        QCOMPARE(QtRecvSaveFormat::saveBytes("x.bin", plain), bin);
+        QCOMPARE(MyApp::toUnicode(QtRecvSaveFormat::saveBytes("x.txt", plain)), plain);
+        MyApp::m_nTextCodecIndex = 1;
     }
 };
 
