@@ -55,28 +55,30 @@ void QtRecvViewFeeder::setViewLineChars(int chars)
 
 void QtRecvViewFeeder::appendParagraph(const QString &text)
 {
-    // the break is a paragraph separator, not a line feed, so that it cannot join a
-    // carriage return at the end of the text before it into one break
-    if (m_log.isEmpty())
-        enqueue(text);
-    else
-        enqueue(QChar(QChar::ParagraphSeparator) + text);
+    enqueue(text, !m_log.isEmpty());
 }
 
 void QtRecvViewFeeder::appendText(const QString &text)
 {
-    enqueue(text);
+    enqueue(text, false);
 }
 
-void QtRecvViewFeeder::enqueue(const QString &piece)
+// The break before a paragraph is a paragraph separator, not a line feed, so that it
+// cannot join a carriage return at the end of the text before it into one break. It
+// goes in apart from the text, which then reaches the kept log without a copy.
+void QtRecvViewFeeder::enqueue(const QString &piece, bool paragraph)
 {
-    if (piece.isEmpty())
+    if (piece.isEmpty() && !paragraph)
         return;
+    if (paragraph)
+        m_log.append(QStringLiteral("\n"));
     m_log.append(RecvViewText::plainTextOf(piece));
     const bool waiting = isPending();
     // Text inserted apart keeps its breaks apart: a carriage return that ended the last
     // piece and a line feed that starts this one are two breaks, not one CR LF.
-    if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
+    if (paragraph)
+        m_strPending.append(QChar(QChar::ParagraphSeparator));
+    else if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
         m_strPending[m_strPending.size() - 1] = QChar(QChar::ParagraphSeparator);
     m_strPending.append(piece);
     if (waiting)
