@@ -128,17 +128,27 @@ void QtRecvViewFeeder::SltShowSlice()
 // Inserts about budget characters in one edit, so that the view lays them out once.
 void QtRecvViewFeeder::showSlice(int budget)
 {
+    QTextDocument *doc = m_view->document();
+    // what the view holds before this slice, when all of it is to go
+    int dropped = 0;
     if (m_nMaxViewChars > 0 && m_strPending.size() >= m_nMaxViewChars) {
         // all that stands in the view would be pushed out at once
         m_strPending.remove(0, RecvViewText::tailStart(m_strPending, m_nMaxViewChars));
-        m_view->clear();
         m_viewRun = RecvViewText::ViewRun();
+        // A document that keeps an undo stack is emptied as before, so that the stack
+        // never holds what was dropped. Others drop the old text only once the new
+        // stands behind it: a view emptied first hid its scroll bar, and the bar's
+        // going and coming back made the view lay out what it holds twice more.
+        if (doc->isUndoRedoEnabled())
+            m_view->clear();
+        else
+            dropped = doc->characterCount() - 1;
     }
     const int length = RecvViewText::sliceLength(m_strPending, budget);
     QScrollBar *bar = m_view->verticalScrollBar();
     const bool atBottom = bar->value() >= bar->maximum();
 
-    QTextCursor cursor(m_view->document());
+    QTextCursor cursor(doc);
     cursor.beginEditBlock();
     cursor.movePosition(QTextCursor::End);
     if (m_nViewLineChars > 0)
@@ -146,6 +156,11 @@ void QtRecvViewFeeder::showSlice(int budget)
     else
         cursor.insertText(m_strPending.left(length));
     cursor.endEditBlock();
+    if (dropped > 0) {
+        cursor.setPosition(0);
+        cursor.setPosition(dropped, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
     m_strPending.remove(0, length);
     trimView();
 

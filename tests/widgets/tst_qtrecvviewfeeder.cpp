@@ -204,6 +204,28 @@ private slots:
         QVERIFY2(all.endsWith(shown), qPrintable(shown));
         QVERIFY2(all.at(all.size() - shown.size() - 1) == '\n', qPrintable(shown));
     }
+
+    // Text that would push out all the view holds takes its place in the same edit: no
+    // older text stays beside it, slack or not, and the scroll bar never goes away.
+    void textPushingOutTheWholeViewTakesItsPlace()
+    {
+        QTextEdit view;
+        view.setUndoRedoEnabled(false); // as the pages' views
+        view.resize(200, 100);
+        view.show();
+        QtRecvViewFeeder queue(&view);
+        queue.setMaxViewChars(200, 200);
+        queue.appendParagraph(lines("old %1\n", 20));
+        queue.flush();
+        QSignalSpy ranges(view.verticalScrollBar(), SIGNAL(rangeChanged(int, int)));
+        const QString fresh = lines("new %1\n", 60);
+        queue.appendParagraph(fresh);
+        queue.flush();
+        const QString shown = view.toPlainText();
+        QVERIFY2(fresh.endsWith(shown) && shown.size() <= 200 && shown.startsWith("new "), qPrintable(shown));
+        for (const QVariantList &range : ranges)
+            QVERIFY(range.at(1).toInt() > 0);
+    }
 };
 
 LARK_TEST_MAIN(TstQtRecvViewFeeder)
