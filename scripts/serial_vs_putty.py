@@ -156,8 +156,9 @@ def main():
         ratio = a / b if b > 0 else float('inf')
         print('%-26s %12.3f %12.3f %7.2f' % (s['name'], a, b, ratio), flush=True)
         # one record a stream: the ratio is the figure, both sides stand beside it
-        records.append({'name': 'serial_vs_putty/%s' % s['name'], 'value': ratio, 'unit': 'x',
-                        'ours_s_per_MB': a, 'putty_s_per_MB': b, 'rounds': rounds, 'cores': cores})
+        records.append({'name': 'serial_vs_putty/%s' % s['name'], 'value': round(ratio, 3), 'unit': 'x',
+                        'ours_s_per_MB': round(a, 4), 'putty_s_per_MB': round(b, 4), 'rounds': rounds,
+                        'cores': cores})
     if out:
         write_records(out, records)
 
