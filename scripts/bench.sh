@@ -26,7 +26,7 @@ fi
 host="$build/bench/serial_host.d/lark_serial_host"
 if [ -x "$host" ] && command -v putty >/dev/null 2>&1 && command -v socat >/dev/null 2>&1; then
     echo "== serial page against PuTTY"
-    python3 "$root/scripts/serial_vs_putty.py" "$host" "$tmp/records_putty.json" --mb "${PUTTY_MB:-5}"
+    python3 "$root/scripts/serial_vs_putty.py" "$host" "$tmp/records_putty.json" --mb "${PUTTY_MB:-5}" --rounds "${PUTTY_ROUNDS:-3}"
 fi
 # the PID page against larksim's board at 5 channels x 1 kHz, whole-process CPU
 pidhost="$build/bench/pid_host.d/lark_pid_host"

@@ -89,9 +89,9 @@ for path in sorted(glob.glob(os.path.join(folder, 'records_*.json'))):
     for r in extra:
         table.append((r['name'], '', '%.3g %s' % (r['value'], r['unit'])))
 
+# a record a line, so that a figure and what stands beside it read (and diff) together
 with open(out_path, 'w') as f:
-    json.dump(records, f, indent=1)
-    f.write('\n')
+    f.write('[\n' + ',\n'.join(json.dumps(r, ensure_ascii=False) for r in records) + '\n]\n')
 
 width = max([len(t[0]) for t in table] + [9])
 print('%-*s  %14s  %s' % (width, 'benchmark', 'time', 'rate'))

@@ -22,13 +22,14 @@ void QtCompactLog::append(const QString &text)
     m_nLength += text.size();
     // A character outside the basic plane may come in two appends; its first half alone
     // would not survive the conversion to UTF-8, so it waits for the second.
-    QString whole = m_strHighSurrogate + text;
+    const QString whole = m_strHighSurrogate.isEmpty() ? text : m_strHighSurrogate + text;
     m_strHighSurrogate.clear();
-    if (whole.at(whole.size() - 1).isHighSurrogate()) {
+    int take = whole.size();
+    if (whole.at(take - 1).isHighSurrogate()) {
         m_strHighSurrogate = whole.right(1);
-        whole.chop(1);
+        --take;
     }
-    const QByteArray utf8 = whole.toUtf8();
+    const QByteArray utf8 = QStringView(whole).left(take).toUtf8();
     // the open block is reserved once at its full size, so that it never grows past it
     // and emptying it keeps its memory for the next
     if (m_open.capacity() < m_nBlockBytes)

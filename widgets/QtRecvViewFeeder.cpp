@@ -55,28 +55,30 @@ void QtRecvViewFeeder::setViewLineChars(int chars)
 
 void QtRecvViewFeeder::appendParagraph(const QString &text)
 {
-    // the break is a paragraph separator, not a line feed, so that it cannot join a
-    // carriage return at the end of the text before it into one break
-    if (m_log.isEmpty())
-        enqueue(text);
-    else
-        enqueue(QChar(QChar::ParagraphSeparator) + text);
+    enqueue(text, !m_log.isEmpty());
 }
 
 void QtRecvViewFeeder::appendText(const QString &text)
 {
-    enqueue(text);
+    enqueue(text, false);
 }
 
-void QtRecvViewFeeder::enqueue(const QString &piece)
+// The break before a paragraph is a paragraph separator, not a line feed, so that it
+// cannot join a carriage return at the end of the text before it into one break. It
+// goes in apart from the text, which then reaches the kept log without a copy.
+void QtRecvViewFeeder::enqueue(const QString &piece, bool paragraph)
 {
-    if (piece.isEmpty())
+    if (piece.isEmpty() && !paragraph)
         return;
+    if (paragraph)
+        m_log.append(QStringLiteral("\n"));
     m_log.append(RecvViewText::plainTextOf(piece));
     const bool waiting = isPending();
     // Text inserted apart keeps its breaks apart: a carriage return that ended the last
     // piece and a line feed that starts this one are two breaks, not one CR LF.
-    if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
+    if (paragraph)
+        m_strPending.append(QChar(QChar::ParagraphSeparator));
+    else if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
         m_strPending[m_strPending.size() - 1] = QChar(QChar::ParagraphSeparator);
     m_strPending.append(piece);
     if (waiting)
@@ -126,17 +128,27 @@ void QtRecvViewFeeder::SltShowSlice()
 // Inserts about budget characters in one edit, so that the view lays them out once.
 void QtRecvViewFeeder::showSlice(int budget)
 {
+    QTextDocument *doc = m_view->document();
+    // what the view holds before this slice, when all of it is to go
+    int dropped = 0;
     if (m_nMaxViewChars > 0 && m_strPending.size() >= m_nMaxViewChars) {
         // all that stands in the view would be pushed out at once
         m_strPending.remove(0, RecvViewText::tailStart(m_strPending, m_nMaxViewChars));
-        m_view->clear();
         m_viewRun = RecvViewText::ViewRun();
+        // A document that keeps an undo stack is emptied as before, so that the stack
+        // never holds what was dropped. Others drop the old text only once the new
+        // stands behind it: a view emptied first hid its scroll bar, and the bar's
+        // going and coming back made the view lay out what it holds twice more.
+        if (doc->isUndoRedoEnabled())
+            m_view->clear();
+        else
+            dropped = doc->characterCount() - 1;
     }
     const int length = RecvViewText::sliceLength(m_strPending, budget);
     QScrollBar *bar = m_view->verticalScrollBar();
     const bool atBottom = bar->value() >= bar->maximum();
 
-    QTextCursor cursor(m_view->document());
+    QTextCursor cursor(doc);
     cursor.beginEditBlock();
     cursor.movePosition(QTextCursor::End);
     if (m_nViewLineChars > 0)
@@ -144,6 +156,11 @@ void QtRecvViewFeeder::showSlice(int budget)
     else
         cursor.insertText(m_strPending.left(length));
     cursor.endEditBlock();
+    if (dropped > 0) {
+        cursor.setPosition(0);
+        cursor.setPosition(dropped, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
     m_strPending.remove(0, length);
     trimView();
 

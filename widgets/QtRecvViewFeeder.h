@@ -68,7 +68,7 @@ private slots:
     void SltShowSlice();
 
 private:
-    void enqueue(const QString &piece);
+    void enqueue(const QString &piece, bool paragraph);
     void showSlice(int budget);
     void trimView();
 

@@ -1,5 +1,7 @@
 #include "RecvViewText.h"
 
+#include <algorithm>
+
 namespace {
 
 // Characters that begin a break of the document, a carriage return whatever follows it.
@@ -28,35 +30,45 @@ bool endsLine(const QString &text, int i)
     return breaksHere(text.at(i)) || text.at(i) == QChar(QChar::LineSeparator);
 }
 
+// Characters the document gives back as something else: every break but the line feed
+// itself becomes one, a no-break space a blank.
+inline bool convertedHere(QChar c)
+{
+    const ushort u = c.unicode();
+    if (u < 0xA0)
+        return u == '\r';
+    return u == QChar::Nbsp || u == QChar::LineSeparator || u == QChar::ParagraphSeparator || u == 0xFDD0
+        || u == 0xFDD1;
+}
+
 } // namespace
 
 QString RecvViewText::plainTextOf(const QString &text)
 {
-    QString out;
-    out.reserve(text.size());
+    // Most received text (hex above all) holds nothing to convert: it comes back shared,
+    // with no copy. Where something is converted, the rest is copied in runs.
     const QChar *src = text.constData();
     const int n = text.size();
-    for (int i = 0; i < n; ++i) {
-        switch (src[i].unicode()) {
-        case '\r':
-            if (i + 1 < n && src[i + 1].unicode() == '\n')
-                ++i;
-            out.append(QLatin1Char('\n'));
-            break;
-        case QChar::LineSeparator:
-        case QChar::ParagraphSeparator:
-        case 0xFDD0:
-        case 0xFDD1:
-            out.append(QLatin1Char('\n'));
-            break;
-        case QChar::Nbsp:
-            out.append(QLatin1Char(' '));
-            break;
-        default:
-            out.append(src[i]);
-            break;
+    int i = 0;
+    while (i < n && !convertedHere(src[i]))
+        ++i;
+    if (i == n)
+        return text;
+    QString out(n, Qt::Uninitialized);
+    QChar *dst = out.data();
+    std::copy(src, src + i, dst);
+    QChar *d = dst + i;
+    for (; i < n; ++i) {
+        const QChar c = src[i];
+        if (!convertedHere(c)) {
+            *d++ = c;
+            continue;
         }
+        if (c.unicode() == '\r' && i + 1 < n && src[i + 1].unicode() == '\n')
+            ++i;
+        *d++ = c.unicode() == QChar::Nbsp ? QLatin1Char(' ') : QLatin1Char('\n');
     }
+    out.resize(int(d - dst));
     return out;
 }
 

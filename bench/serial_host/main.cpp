@@ -9,6 +9,7 @@
 #include "../LarkHost.h"
 #include "MainWindow.h"
 #include "MyApp.h"
+#include "QSerialPorCheck.h"
 #include "QextSerialPort.h"
 #include "SerialportWidget.h"
 #include "UiSkin.h"
@@ -44,8 +45,11 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "no serial page\n");
         return 1;
     }
-    // The port watcher's first tick reports the machine's ports, and any change of their
-    // number closes an open port: open after it.
+    // Any change in the number of ports closes an open port. Measurements run beside
+    // programs that make and remove pty links in /dev, and a port closed half way left
+    // the board's writer waiting for ever: this host keeps the port watcher away.
+    if (auto *watcher = window.findChild<QSerialPorCheck *>())
+        QObject::disconnect(watcher, SIGNAL(signalSerialChanged(QStringList)), page, SLOT(SltSerialportChanged(QStringList)));
     const auto open = [page](const QString &port, bool hex, bool log) {
         if (page->serialport()->isOpen())
             page->SltOpenSerialport(); // the open button closes an open port

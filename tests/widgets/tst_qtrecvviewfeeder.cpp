@@ -9,6 +9,8 @@
 #include <QTextEdit>
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 // what the view held before paragraphs went in in slices: each one appended whole,
@@ -203,6 +205,25 @@ private slots:
         QVERIFY(shown.size() <= 480);
         QVERIFY2(all.endsWith(shown), qPrintable(shown));
         QVERIFY2(all.at(all.size() - shown.size() - 1) == '\n', qPrintable(shown));
+    }
+
+    // Text that would push out all the view holds takes its place, leaving no older text
+    // beside it, slack or not, and the scroll bar never goes away meanwhile.
+    void textPushingOutTheWholeViewTakesItsPlace()
+    {
+        QTextEdit view;
+        view.setUndoRedoEnabled(false); // as the pages' views
+        view.resize(200, 100);
+        view.show();
+        QtRecvViewFeeder queue(&view);
+        queue.setMaxViewChars(200, 200);
+        queue.appendParagraph(lines("old %1\n", 20));
+        queue.flush();
+        QSignalSpy ranges(view.verticalScrollBar(), SIGNAL(rangeChanged(int, int)));
+        queue.appendParagraph(lines("new %1\n", 60));
+        queue.flush();
+        QVERIFY(lines("new %1\n", 60).endsWith(view.toPlainText()) && view.toPlainText().startsWith("new "));
+        QVERIFY(std::all_of(ranges.begin(), ranges.end(), [](const QVariantList &r) { return r.at(1).toInt() > 0; }));
     }
 };
 

@@ -59,6 +59,9 @@ private slots:
             << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c" + QChar(0xFDD0) + "d" + QChar(0xFDD1) + "e"
                    + QChar(0x00A0) + "f\tg" + QChar(0) + "h"
             << QString("a\nb\nc\nd\ne f\tg") + QChar(0) + "h";
+        QTest::newRow("hex text as it is") << "0D 0A 41 FF " << "0D 0A 41 FF ";
+        QTest::newRow("breaks side by side, controls kept") << QString("\r\r\n\x01\x1b[0m\x7f") + QChar(0x2029) + QChar(0x2028) + "\n\r"
+                                                            << "\n\n\x01\x1b[0m\x7f\n\n\n\n";
     }
 
     void plainTextOfIsWhatTheDocumentGivesBack()

@@ -1,5 +1,8 @@
 #include "LarkTestCore.h"
 #include "MyApp.h"
+#include "NumberTool.h"
+#include "QtRecvSaveFormat.h"
+#include "RecvViewText.h"
 #include "SerialRecvRule.h"
 
 #include <QtTest>
@@ -58,6 +61,42 @@ private slots:
     {
         QCOMPARE(SerialRecvRule::logTag(QTime(9, 5, 7, 42), true), QString("[09:05:07.042] ASCII >"));
         QCOMPARE(SerialRecvRule::logTag(QTime(23, 59, 59, 999), false), QString("[23:59:59.999] HEX >"));
+    }
+
+    // What a run of reads leaves for "保存到文件": each read a paragraph, as the view's
+    // plain text reads, and the bytes of a .bin file, the lenient hex reading's quirks
+    // kept (a paragraph break and the digit after it make a byte of their own)
+    void readsAreSavedAsTheyShow_data()
+    {
+        QTest::addColumn<bool>("hex");
+        QTest::addColumn<QByteArrayList>("reads");
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<QByteArray>("bin");
+        QByteArray all(256, 0), bin;
+        for (int i = 0; i < 256; ++i)
+            all[i] = char(i);
+        bin = QByteArray(all).replace(213, 1, "\xFD\x4F").replace(13, 1, "\xF0\xCF");
+        QTest::newRow("hex of every byte") << true << QByteArrayList{all.left(13), all.mid(13, 200), all.mid(213)}
+                                           << NumberTool::byteToHex(all.left(13)) + '\n' + NumberTool::byteToHex(all.mid(13, 200))
+                                                  + '\n' + NumberTool::byteToHex(all.mid(213))
+                                           << bin;
+        QTest::newRow("GB18030 lines, a character split over reads, controls")
+            << false << QByteArrayList{"\xD7\xB4\xCC\xAC\r\nok\r", "\n\xD6", "\xD0!\r\r\n", QByteArray("\x00\x01\x1B[m\x7F", 6)}
+            << QString::fromUtf8("状态\nok\n\n\n\n\xEF\xBF\xBD!\n\n\n\0\x01\x1B[m\x7F", 26) << QByteArray(10, char(0xEF));
+    }
+
+    void readsAreSavedAsTheyShow()
+    {
+        QFETCH(bool, hex);
+        QFETCH(QByteArrayList, reads);
+        QFETCH(QString, saved);
+        QFETCH(QByteArray, bin);
+        QString text = SerialRecvRule::displayText(reads.takeFirst(), hex);
+        for (const QByteArray &read : reads)
+            text += QChar(QChar::ParagraphSeparator) + SerialRecvRule::displayText(read, hex);
+        const QString plain = RecvViewText::plainTextOf(text);
+        QCOMPARE(plain, saved);
+        QCOMPARE(QtRecvSaveFormat::saveBytes("x.bin", plain), bin);
     }
 };
 
