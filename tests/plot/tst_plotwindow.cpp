@@ -146,6 +146,22 @@ private slots:
         QVERIFY(again != wa && again->isVisible());
         again->close();
     }
+
+    // a read of several megabytes is parsed a slice per turn of the event loop, and
+    // every line of it still arrives, in order
+    void aLargeBurstIsParsedOverSeveralTurnsWithNothingLost()
+    {
+        LinkTap tap;
+        PlotWindow w(&tap, "plot");
+        QByteArray burst;
+        for (int i = 0; i < 200000; ++i)
+            burst += QByteArray::number(i) + ",1\n";
+        tap.reportReceived(burst);
+        QVERIFY(w.store().rows() < 200000 && w.redrawPending());
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.store().rows(), 200000);
+        QCOMPARE(w.store().value(0, 123456), 123456.0);
+    }
 };
 
 LARK_TEST_MAIN(tst_PlotWindow)
