@@ -36,6 +36,7 @@ class PlotWindow : public QtMainWindow
 public:
     enum Mode { TextLines, BinaryFrames };
     static const int RedrawMs = 25;
+    static const int MaxRedrawMs = 250;
     static const int MaxParseBytes = 128 * 1024; // parsed in one turn of the event loop
     static constexpr double MaxSpread = 0.25;
 
