@@ -179,6 +179,7 @@ void PlotWindow::InitWidget()
     m_plot->setPlottingHint(QCP::phFastPolylines, true);
     connect(m_plot, SIGNAL(mouseMove(QMouseEvent *)), this, SLOT(SltPlotMouseMove(QMouseEvent *)));
     connect(m_plot->xAxis, SIGNAL(rangeChanged(QCPRange)), this, SLOT(SltXRangeChanged()));
+    connect(m_plot, SIGNAL(afterReplot()), this, SLOT(SltAfterReplot()));
 
     m_labCursor = new QLabel("移动鼠标到曲线上读数", this);
     m_labCursor->setObjectName("labPlotCursor");
@@ -305,13 +306,9 @@ void PlotWindow::SltRedraw()
     if (isPaused())
         return;
     m_nShownRows = m_store.totalRows();
-    QElapsedTimer took;
-    took.start();
-    refreshView();
+    m_redrawClock.start();
+    refreshView(true);
     ++m_nRedraws;
-    // the plot takes at most a fifth of the time: on a busy machine a redraw takes
-    // longer, and redrawing less often leaves the link and the pages their turns
-    m_timerRedraw->setInterval(int(qBound<qint64>(RedrawMs, 4 * took.elapsed(), MaxRedrawMs)));
 }
 
 void PlotWindow::syncGraphs()
@@ -521,14 +518,26 @@ void PlotWindow::SltWindowChanged()
     refreshView();
 }
 
-void PlotWindow::refreshView()
+// A redraw is two turns of the event loop: the graphs are filled in this one, painted
+// in the next (a queued replot), so neither keeps the link waiting for long.
+void PlotWindow::refreshView(bool queued)
 {
     m_bFollowing = true;
     applyXAxis();
     m_bFollowing = false;
     syncGraphs();
     applyYAxis();
-    m_plot->replot();
+    m_plot->replot(queued ? QCustomPlot::rpQueuedReplot : QCustomPlot::rpRefreshHint);
+}
+
+// The plot takes at most a fifth of the time: on a busy machine a redraw takes longer,
+// and redrawing less often leaves the link and the pages their turns.
+void PlotWindow::SltAfterReplot()
+{
+    if (!m_redrawClock.isValid())
+        return;
+    m_timerRedraw->setInterval(int(qBound<qint64>(RedrawMs, 4 * m_redrawClock.elapsed(), MaxRedrawMs)));
+    m_redrawClock.invalidate();
 }
 
 // a range the user dragged or zoomed to is drawn from the store like any other

@@ -85,6 +85,7 @@ private slots:
     void SltChannelColor(QListWidgetItem *item);
     void SltPlotMouseMove(QMouseEvent *event);
     void SltXRangeChanged();
+    void SltAfterReplot();
     void SltTapGone();
 
 private:
@@ -92,7 +93,7 @@ private:
     void parse(const QByteArray &bytes);
     void syncGraphs();
     void rebuildGraphs();
-    void refreshView();
+    void refreshView(bool queued = false);
     void updateStats();
     void applyXAxis();
     void applyYAxis();
@@ -109,6 +110,7 @@ private:
     int m_nPendingPos = 0;
     PlotSampleStore m_store;
     QElapsedTimer m_clock;
+    QElapsedTimer m_redrawClock; // from a redraw's start to its painting
     qint64 m_nShownRows = 0; // absolute rows the graphs may show: the plot stands still while paused
     bool m_bFollowing = false; // the x range is being moved by the window, not the user
     qint64 m_nRedraws = 0;
