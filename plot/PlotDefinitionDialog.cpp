@@ -1,4 +1,5 @@
 #include "PlotDefinitionDialog.h"
+#include "PlotDefinitionFormDialog.h"
 #include "PlotWindow.h"
 #include "QtMessageBox.h"
 #include "QtTitleBar.h"
@@ -6,6 +7,7 @@
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -36,12 +38,18 @@ PlotDefinitionDialog::PlotDefinitionDialog(const PlotFrameDefinition &definition
 
     QPushButton *btnSave = new QPushButton("另存为…", this);
     connect(btnSave, SIGNAL(clicked()), this, SLOT(SltSaveAs()));
+    QPushButton *btnForm = new QPushButton("表单编辑…", this);
+    btnForm->setObjectName("btnDefinitionForm");
+    btnForm->setShortcut(QKeySequence("Ctrl+E"));
+    btnForm->setToolTip("用表单编辑这个定义 (Ctrl+E)");
+    connect(btnForm, SIGNAL(clicked()), this, SLOT(SltEditAsForm()));
     QPushButton *btnOk = new QPushButton("确定", this);
     connect(btnOk, SIGNAL(clicked()), this, SLOT(accept()));
     QPushButton *btnCancel = new QPushButton("取消", this);
     connect(btnCancel, SIGNAL(clicked()), this, SLOT(reject()));
     QHBoxLayout *buttons = new QHBoxLayout;
     buttons->addWidget(btnSave);
+    buttons->addWidget(btnForm);
     buttons->addStretch(1);
     buttons->addWidget(btnOk);
     buttons->addWidget(btnCancel);
@@ -87,4 +95,17 @@ void PlotDefinitionDialog::SltSaveAs()
     QString error;
     if (!m_definition.save(path, &error))
         QtMessageBox::warning(error);
+}
+
+// the form edits what the text says now; its result replaces the text, which stays
+// the definition's one source until "确定"
+void PlotDefinitionDialog::SltEditAsForm()
+{
+    if (!check())
+        return;
+    PlotDefinitionFormDialog form(m_definition, this);
+    if (form.exec() != QDialog::Accepted)
+        return;
+    m_definition = form.definition();
+    m_edtJson->setPlainText(QString::fromUtf8(m_definition.toJson()));
 }

@@ -10,7 +10,7 @@ class QPlainTextEdit;
 
 // Edits a frame definition as its JSON text. "确定" only closes the dialog when the text
 // is a usable definition; otherwise the reason stands under the text and nothing typed
-// is lost.
+// is lost. "表单编辑…" opens the same definition as a form.
 class PlotDefinitionDialog : public QDialog
 {
     Q_OBJECT
@@ -25,6 +25,7 @@ public slots:
 
 private slots:
     void SltSaveAs();
+    void SltEditAsForm();
 
 private:
     PlotFrameDefinition m_definition;

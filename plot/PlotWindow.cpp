@@ -3,6 +3,7 @@
 #include "LinkTap.h"
 #include "MyApp.h"
 #include "PlotCsvWriter.h"
+#include "PlotDecimator.h"
 #include "PlotDefinitionDialog.h"
 #include "QtMessageBox.h"
 #include "QtTitleBar.h"
@@ -47,6 +48,7 @@ PlotWindow::PlotWindow(LinkTap *tap, const QString &title, QWidget *parent)
     , m_nCodecIndex(MyApp::m_nTextCodecIndex)
     , m_textParser(QTextCodec::codecForName(MyApp::getTextCodec()))
     , m_timerRedraw(new QTimer(this))
+    , m_timerParse(new QTimer(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     // the skins' sheets give a top-level window of this name its background and text
@@ -56,6 +58,9 @@ PlotWindow::PlotWindow(LinkTap *tap, const QString &title, QWidget *parent)
     m_timerRedraw->setSingleShot(true);
     m_timerRedraw->setInterval(RedrawMs);
     connect(m_timerRedraw, SIGNAL(timeout()), this, SLOT(SltRedraw()));
+    m_timerParse->setSingleShot(true);
+    m_timerParse->setInterval(0);
+    connect(m_timerParse, SIGNAL(timeout()), this, SLOT(SltParsePending()));
     InitWidget();
 
     // the definition last used, or the simulator's example to start from
@@ -171,7 +176,10 @@ void PlotWindow::InitWidget()
     m_plot->xAxis->setRange(0, 10);
     m_plot->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     m_plot->setNoAntialiasingOnDrag(true);
+    m_plot->setPlottingHint(QCP::phFastPolylines, true);
     connect(m_plot, SIGNAL(mouseMove(QMouseEvent *)), this, SLOT(SltPlotMouseMove(QMouseEvent *)));
+    connect(m_plot->xAxis, SIGNAL(rangeChanged(QCPRange)), this, SLOT(SltXRangeChanged()));
+    connect(m_plot, SIGNAL(afterReplot()), this, SLOT(SltAfterReplot()));
 
     m_labCursor = new QLabel("移动鼠标到曲线上读数", this);
     m_labCursor->setObjectName("labPlotCursor");
@@ -209,7 +217,7 @@ void PlotWindow::setDefinition(const PlotFrameDefinition &definition)
 
 bool PlotWindow::redrawPending() const
 {
-    return m_timerRedraw->isActive();
+    return m_timerRedraw->isActive() || m_timerParse->isActive();
 }
 
 bool PlotWindow::isPaused() const
@@ -233,7 +241,39 @@ bool PlotWindow::exportCsv(const QString &path, QString *error, QString *written
     return PlotCsvWriter::write(m_store, path, error, written);
 }
 
+// A burst (a link read after a long pause, a fast socket) is parsed a slice per turn
+// of the event loop, so the window keeps answering while it catches up; bytes keep
+// their order and none is dropped.
 void PlotWindow::SltReceived(const QByteArray &bytes)
+{
+    if (m_baPending.isEmpty() && bytes.size() <= MaxParseBytes) {
+        parse(bytes);
+        return;
+    }
+    m_baPending.append(bytes);
+    if (!m_timerParse->isActive())
+        m_timerParse->start();
+}
+
+void PlotWindow::SltParsePending()
+{
+    const int n = qMin(MaxParseBytes, m_baPending.size() - m_nPendingPos);
+    parse(m_baPending.mid(m_nPendingPos, n));
+    m_nPendingPos += n;
+    if (m_nPendingPos >= m_baPending.size()) {
+        m_baPending.clear();
+        m_nPendingPos = 0;
+        return;
+    }
+    // what is parsed goes once it is half the buffer: moving the rest stays linear
+    if (m_nPendingPos > m_baPending.size() / 2) {
+        m_baPending.remove(0, m_nPendingPos);
+        m_nPendingPos = 0;
+    }
+    m_timerParse->start();
+}
+
+void PlotWindow::parse(const QByteArray &bytes)
 {
     if (m_mode == TextLines) {
         // names follow the codec the page shows text in, also when it changes later
@@ -265,9 +305,9 @@ void PlotWindow::SltRedraw()
     updateStats();
     if (isPaused())
         return;
-    syncGraphs();
-    applyAxes();
-    m_plot->replot();
+    m_nShownRows = m_store.totalRows();
+    m_redrawClock.start();
+    refreshView(true);
     ++m_nRedraws;
 }
 
@@ -276,8 +316,8 @@ void PlotWindow::syncGraphs()
     while (m_plot->graphCount() < m_store.channelCount()) {
         const int c = m_plot->graphCount();
         QCPGraph *graph = m_plot->addGraph();
-        // thin, aliased lines: at 16 channels of 10 kHz the plot draws a million
-        // points a window, and wide or antialiased pens cost several times more
+        // thin, aliased lines: sixteen graphs of two points a pixel column are
+        // redrawn forty times a second, and wide or antialiased pens cost several times more
         graph->setPen(QPen(QColor(s_colors[c]), 1));
         graph->setAntialiased(false);
         graph->setAdaptiveSampling(true);
@@ -299,30 +339,30 @@ void PlotWindow::syncGraphs()
             m_plot->graph(c)->setName(m_store.name(c));
         }
     }
-    const int from = int(qMax<qint64>(0, m_nPlotted - m_store.firstRow()));
-    const int to = m_store.rows();
-    QVector<double> keys, values;
-    keys.reserve(to - from);
-    values.reserve(to - from);
-    for (int c = 0; c < m_store.channelCount(); ++c) {
-        keys.resize(0);
-        values.resize(0);
-        const QVector<double> &col = m_store.column(c);
-        for (int r = from; r < to; ++r) {
-            if (!std::isnan(col.at(r))) {
-                keys.append(m_store.time(r));
-                values.append(col.at(r));
-            }
-        }
-        QCPGraph *graph = m_plot->graph(c);
-        if (m_store.rows() > 0)
-            graph->data()->removeBefore(m_store.time(0));
-        graph->addData(keys, values, true);
-    }
-    m_nPlotted = m_store.totalRows();
+    rebuildGraphs();
 }
 
-void PlotWindow::applyAxes()
+// what the graphs hold is rebuilt from the store for the range shown, at most two
+// points a pixel column: the work of a redraw is bounded by the plot's width, not by
+// how much data the range covers
+void PlotWindow::rebuildGraphs()
+{
+    const QCPRange range = m_plot->xAxis->range();
+    const int columns = qMax(100, m_plot->axisRect()->width());
+    const int shown = int(qBound<qint64>(0, m_nShownRows - m_store.firstRow(), m_store.rows()));
+    const QVector<int> bounds = PlotDecimator::columnRows(m_store, range.lower, range.upper, columns, shown);
+    QVector<double> keys, values;
+    QVector<QCPGraphData> points;
+    for (int c = 0; c < m_plot->graphCount(); ++c) {
+        PlotDecimator::points(m_store, c, bounds, keys, values);
+        points.resize(keys.size());
+        for (int i = 0; i < keys.size(); ++i)
+            points[i] = QCPGraphData(keys.at(i), values.at(i));
+        m_plot->graph(c)->data()->set(points, true);
+    }
+}
+
+void PlotWindow::applyXAxis()
 {
     const double window = s_windows[m_cbxWindow->currentIndex()];
     const double first = m_store.rows() > 0 ? m_store.time(0) : 0;
@@ -330,6 +370,12 @@ void PlotWindow::applyAxes()
         m_plot->xAxis->setRange(qMax(0.0, m_lastTime - window), qMax(window, m_lastTime));
     else
         m_plot->xAxis->setRange(first, qMax(first + 1e-3, m_lastTime));
+}
+
+// the graphs hold at most two points a pixel column, so the range of their values is
+// found in the time of a redraw
+void PlotWindow::applyYAxis()
+{
     if (!m_chkAutoY->isChecked()) {
         m_plot->yAxis->setRange(m_spinYMin->value(), m_spinYMax->value());
         return;
@@ -375,6 +421,9 @@ void PlotWindow::restartRecording()
     m_frameParser.reset();
     m_batch.clear();
     m_store.clear();
+    m_baPending.clear();
+    m_nPendingPos = 0;
+    m_timerParse->stop();
     if (m_mode == BinaryFrames) {
         QStringList names;
         for (const PlotFrameDefinition::Channel &c : m_frameParser.definition().channels)
@@ -383,7 +432,7 @@ void PlotWindow::restartRecording()
     }
     m_plot->clearGraphs();
     m_listChannels->clear();
-    m_nPlotted = 0;
+    m_nShownRows = 0;
     m_lastTime = 0;
     m_clock.restart();
     m_plot->xAxis->setRange(0, 10);
@@ -466,8 +515,39 @@ void PlotWindow::SltYModeChanged()
 
 void PlotWindow::SltWindowChanged()
 {
-    applyAxes();
-    m_plot->replot();
+    refreshView();
+}
+
+// A redraw is two turns of the event loop: the graphs are filled in this one, painted
+// in the next (a queued replot), so neither keeps the link waiting for long.
+void PlotWindow::refreshView(bool queued)
+{
+    m_bFollowing = true;
+    applyXAxis();
+    m_bFollowing = false;
+    syncGraphs();
+    applyYAxis();
+    m_plot->replot(queued ? QCustomPlot::rpQueuedReplot : QCustomPlot::rpRefreshHint);
+}
+
+// The plot takes at most a fifth of the time: on a busy machine a redraw takes longer,
+// and redrawing less often leaves the link and the pages their turns.
+void PlotWindow::SltAfterReplot()
+{
+    if (!m_redrawClock.isValid())
+        return;
+    m_timerRedraw->setInterval(int(qBound<qint64>(RedrawMs, 4 * m_redrawClock.elapsed(), MaxRedrawMs)));
+    m_redrawClock.invalidate();
+}
+
+// a range the user dragged or zoomed to is drawn from the store like any other
+void PlotWindow::SltXRangeChanged()
+{
+    if (m_bFollowing)
+        return;
+    rebuildGraphs();
+    applyYAxis();
+    m_plot->replot(QCustomPlot::rpQueuedReplot);
 }
 
 void PlotWindow::SltChannelChanged(QListWidgetItem *item)
@@ -496,17 +576,21 @@ void PlotWindow::SltChannelColor(QListWidgetItem *item)
 
 void PlotWindow::SltPlotMouseMove(QMouseEvent *event)
 {
+    // read from the store, not the graphs: what they hold may be the envelope of a column
     const double t = m_plot->xAxis->pixelToCoord(event->pos().x());
     QString text = QString("t = %1 s").arg(t, 0, 'f', 6);
+    const int shown = int(qBound<qint64>(0, m_nShownRows - m_store.firstRow(), m_store.rows()));
+    const int at = qMin(shown, m_store.rowAtTime(t));
     for (int c = 0; c < m_plot->graphCount(); ++c) {
-        QCPGraph *graph = m_plot->graph(c);
-        if (!graph->visible() || graph->data()->isEmpty())
+        if (!m_plot->graph(c)->visible())
             continue;
-        // the newest sample at or before the cursor
-        auto it = graph->data()->findBegin(t, false);
-        if (it == graph->data()->constEnd() || (it->key > t && it != graph->data()->constBegin()))
-            --it;
-        text += QString("    %1 = %2").arg(m_store.name(c)).arg(it->value, 0, 'g', 8);
+        // the newest sample at or before the cursor (the first one left of all); a
+        // channel missing from some lines is looked for a little further back
+        int r = at < shown && m_store.time(at) == t ? at : qMax(0, at - 1);
+        for (int back = 0; r > 0 && back < 64 && std::isnan(m_store.value(c, r)); ++back)
+            --r;
+        if (r < shown && !std::isnan(m_store.value(c, r)))
+            text += QString("    %1 = %2").arg(m_store.name(c)).arg(m_store.value(c, r), 0, 'g', 8);
     }
     m_labCursor->setText(text);
 }

@@ -27,13 +27,17 @@ class QtTitleBar;
 // A live plot of what one page's link receives, beside the page: text lines of numbers
 // or binary frames a user described. Everything received is recorded, also while the
 // plot is paused, and can be exported as one CSV table. The plot is redrawn by a
-// short single-shot timer started by arriving data, so an idle link costs nothing.
+// short single-shot timer started by arriving data, so an idle link costs nothing;
+// each redraw takes from the recording at most two points a pixel column of the range
+// shown, so it costs the same however much is recorded.
 class PlotWindow : public QtMainWindow
 {
     Q_OBJECT
 public:
     enum Mode { TextLines, BinaryFrames };
     static const int RedrawMs = 25;
+    static const int MaxRedrawMs = 250;
+    static const int MaxParseBytes = 128 * 1024; // parsed in one turn of the event loop
     static constexpr double MaxSpread = 0.25;
 
     PlotWindow(LinkTap *tap, const QString &title, QWidget *parent = nullptr);
@@ -52,6 +56,7 @@ public:
     bool isPaused() const;
     // redraws so far: the plot work follows the data and stops with it
     qint64 redraws() const { return m_nRedraws; }
+    // a redraw or received bytes still to come
     bool redrawPending() const;
     QCustomPlot *plot() const { return m_plot; }
 
@@ -67,6 +72,7 @@ public slots:
 
 private slots:
     void SltRedraw();
+    void SltParsePending();
     void SltModeChanged(int index);
     void SltSeparatorChanged(int index);
     void SltLoadDefinition();
@@ -78,13 +84,19 @@ private slots:
     void SltChannelChanged(QListWidgetItem *item);
     void SltChannelColor(QListWidgetItem *item);
     void SltPlotMouseMove(QMouseEvent *event);
+    void SltXRangeChanged();
+    void SltAfterReplot();
     void SltTapGone();
 
 private:
     void InitWidget();
+    void parse(const QByteArray &bytes);
     void syncGraphs();
+    void rebuildGraphs();
+    void refreshView(bool queued = false);
     void updateStats();
-    void applyAxes();
+    void applyXAxis();
+    void applyYAxis();
     void restartRecording();
     static QString savedDefinitionPath();
 
@@ -94,9 +106,13 @@ private:
     PlotTextParser m_textParser;
     PlotFrameParser m_frameParser;
     PlotBatch m_batch;
+    QByteArray m_baPending; // received, not parsed yet, from m_nPendingPos on
+    int m_nPendingPos = 0;
     PlotSampleStore m_store;
     QElapsedTimer m_clock;
-    qint64 m_nPlotted = 0; // absolute rows already handed to the graphs
+    QElapsedTimer m_redrawClock; // from a redraw's start to its painting
+    qint64 m_nShownRows = 0; // absolute rows the graphs may show: the plot stands still while paused
+    bool m_bFollowing = false; // the x range is being moved by the window, not the user
     qint64 m_nRedraws = 0;
     double m_lastTime = 0;
 
@@ -116,6 +132,7 @@ private:
     QLabel *m_labCursor = nullptr;
     QLabel *m_labStats = nullptr;
     QTimer *m_timerRedraw = nullptr;
+    QTimer *m_timerParse = nullptr;
 };
 
 #endif // PLOTWINDOW_H

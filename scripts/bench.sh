@@ -34,6 +34,12 @@ if [ -x "$pidhost" ] && [ -x "$build/larksim" ]; then
     echo "== PID page live"
     python3 "$root/scripts/pid_cpu.py" "$pidhost" "$build/larksim" "$tmp/records_pid.json" --rounds 2
 fi
+# the plot window alone under 16 channels x 10 kHz played by larksim into a pty
+plothost="$build/bench/plot_host.d/lark_plot_host"
+if [ -x "$plothost" ] && [ -x "$build/larksim" ]; then
+    echo "== plot window live over a pty"
+    python3 "$root/scripts/plot_stall.py" "$plothost" "$build/larksim" "$tmp/records_plot.json" --rounds 2
+fi
 # start-up to the first window and idle CPU, ours and the desktop peers taking turns
 if command -v Xvfb >/dev/null 2>&1 && command -v xev >/dev/null 2>&1; then
     echo "== start-up and idle beside the peers"

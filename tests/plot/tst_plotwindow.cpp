@@ -1,9 +1,12 @@
 #include "../sim/SimProcess.h"
 #include "LarkTest.h"
 #include "LinkTap.h"
+#include "PlotDefinitionFormDialog.h"
 #include "PlotWindow.h"
 
 #include <QDir>
+#include <QLabel>
+#include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QSerialPort>
@@ -145,6 +148,54 @@ private slots:
         PlotWindow *again = PlotWindow::showFor(&a, "a");
         QVERIFY(again != wa && again->isVisible());
         again->close();
+    }
+
+    // a read of several megabytes is parsed a slice per turn of the event loop, and
+    // every line of it still arrives, in order
+    void aLargeBurstIsParsedOverSeveralTurnsWithNothingLost()
+    {
+        LinkTap tap;
+        PlotWindow w(&tap, "plot");
+        QByteArray burst;
+        for (int i = 0; i < 200000; ++i)
+            burst += QByteArray::number(i) + ",1\n";
+        tap.reportReceived(burst);
+        QVERIFY(w.store().rows() < 200000 && w.redrawPending());
+        QTRY_VERIFY(!w.redrawPending());
+        QCOMPARE(w.store().rows(), 200000);
+        QCOMPARE(w.store().value(0, 123456), 123456.0);
+    }
+
+    // "编辑帧定义…", then "表单编辑…": a bad marker shows the definition's reason and keeps
+    // the form open; a channel added and moved up reaches the JSON text, then the window
+    void theFormEditorChangesTheDefinitionThroughTheJsonText()
+    {
+        LinkTap tap;
+        PlotWindow w(&tap, "plot");
+        QString error;
+        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_PLOT_EXAMPLES "/larksim_sensor.json"), &error), qPrintable(error));
+        w.setMode(PlotWindow::BinaryFrames);
+        const int channels = w.definition().channels.size();
+        LarkTest::onNextModal([](QWidget *json) {
+            LarkTest::onNextModal([](QWidget *form) {
+                QVERIFY(qobject_cast<PlotDefinitionFormDialog *>(form));
+                form->findChild<QLineEdit *>("edtFormStart")->setText("GG");
+                QVERIFY(form->findChild<QLabel *>("labFormError")->text().contains("起始标志“GG”"));
+                LarkTest::click(form, "btnFormOk");
+                QVERIFY(form->isVisible());
+                form->findChild<QLineEdit *>("edtFormStart")->setText("AB CD");
+                LarkTest::click(form, "btnFormAdd");
+                LarkTest::click(form, "btnFormUp");
+                LarkTest::click(form, "btnFormOk");
+            });
+            LarkTest::click(json, "btnDefinitionForm");
+            LarkTest::click(json, "确定");
+        });
+        LarkTest::click(&w, "编辑帧定义…");
+        QCOMPARE(w.definition().start, QByteArray::fromHex("ABCD"));
+        QCOMPARE(w.definition().channels.size(), channels + 1);
+        QCOMPARE(w.definition().channels.at(channels - 1).name, QString("CH%1").arg(channels + 1));
+        QCOMPARE(w.definition().channels.at(channels).name, QString("temp"));
     }
 };
 
