@@ -45,6 +45,7 @@ private slots:
         QTest::newRow("udp") << "udp" << QStringList();
         QTest::newRow("pty") << "pty" << QStringList();
         QTest::newRow("pty raw") << "pty" << QStringList{"--raw"};
+        QTest::newRow("page tcp server, jpeg") << "server" << QStringList{"--jpeg"};
     }
     void patternAndRegisters()
     {
@@ -57,6 +58,7 @@ private slots:
         child<QLineEdit>(&page, "edtPort")->setText("0");
         child<QComboBox>(&page, "cbxAddress")->setCurrentText("127.0.0.1");
         const QString tty = QString("ttyLarkSim%1").arg(getpid());
+        child<QRadioButton>(&page, "JPEG数据")->setChecked(extra.contains("--jpeg"));
         if (link == "server" || link == "udp") {
             links->setCurrentIndex(link == "server" ? 0 : 2);
             child<QPushButton>(&page, "btnOpen")->click();
@@ -83,8 +85,9 @@ private slots:
         QCOMPARE(image.size(), QSize(160, 120));
         const QList<QRgb> bars{qRgb(255, 255, 255), qRgb(255, 255, 0), qRgb(0, 255, 255), qRgb(0, 255, 0),
                                qRgb(255, 0, 255), qRgb(255, 0, 0), qRgb(0, 0, 255), qRgb(0, 0, 0)};
-        auto near = [](QRgb a, QRgb b) {
-            return qAbs(qRed(a) - qRed(b)) < 12 && qAbs(qGreen(a) - qGreen(b)) < 12 && qAbs(qBlue(a) - qBlue(b)) < 12;
+        const int tol = extra.contains("--jpeg") ? 80 : 12; // JPEG blurs the edge of the half
+        auto near = [tol](QRgb a, QRgb b) {
+            return qAbs(qRed(a) - qRed(b)) < tol && qAbs(qGreen(a) - qGreen(b)) < tol && qAbs(qBlue(a) - qBlue(b)) < tol;
         };
         for (int k = 0; k < 8; ++k)
             for (int y : {0, 30, 59})
@@ -92,7 +95,9 @@ private slots:
         // the lower half is a grey ramp with a red square
         const QRgb low = image.pixel(5, 119);
         QVERIFY(qAbs(qRed(low) - qGreen(low)) < 8 || qGreen(low) < 12);
-        if (link == "udp") // the page's replies name no destination: no register round trip
+        // the page's UDP replies name no destination, and a JPEG stream carries no
+        // register answers: no register round trip
+        if (link == "udp" || extra.contains("--jpeg"))
             return;
 
         // write 0x12 = 0x80 from the first write row, read it back into the second read row
@@ -136,20 +141,6 @@ private slots:
         QVERIFY(!sim.waitFor("read register 0x12 (row 1): no such register").isNull());
     }
 
-    void jpegStream()
-    {
-        CameraDebugWidget page;
-        child<QRadioButton>(&page, "JPEG数据")->setChecked(true);
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QPushButton>(&page, "btnOpen")->click();
-        SimProcess sim;
-        QVERIFY(sim.start({"camera", "--jpeg", "--fps", "20", "--size", "64x48", "--tcp-client",
-                           QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
-        QTRY_VERIFY_WITH_TIMEOUT(page.frameCount() >= 2, 10000);
-        const QImage image = page.imageViewer()->pixmap(0).toImage();
-        QCOMPARE(image.size(), QSize(64, 48));
-        QVERIFY(qRed(image.pixel(52, 10)) < 40 && qBlue(image.pixel(52, 10)) > 200); // the blue bar
-    }
 };
 
 LARK_TEST_MAIN(TstSimCamera)
