@@ -13,7 +13,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("error");
-        QTest::newRow("not json") << QByteArray("{\"rules\": [\n  {\"pattern\": }]}") << "第 2 行";
+        QTest::newRow("not json") << QByteArray("{\"rules\": [\n  {\"pattern\": }]}") << "不是有效的 JSON（第 2 行";
         QTest::newRow("an array") << QByteArray("[]") << "JSON 对象";
         QTest::newRow("no rules") << QByteArray("{}") << "\"rules\"";
         QTest::newRow("unknown top field") << QByteArray("{\"rules\": [], \"version\": 2}") << "\"version\"";
