@@ -19,13 +19,14 @@ class LinkTapRig
 public:
     LinkTap tap;
 
-    bool openPty()
+    bool openPty() { return m_pty.start() && openPort(m_pty.programPath()); }
+
+    // the program's end on a port another process made, such as larksim's pty
+    bool openPort(const QString &path)
     {
-        if (!m_pty.start())
-            return false;
-        auto *port = new QSerialPort(m_pty.programPath());
+        auto *port = new QSerialPort(path);
         m_device.reset(port);
-        return port->open(QIODevice::ReadWrite) && wire(m_pty.programPath());
+        return port->open(QIODevice::ReadWrite) && wire(path);
     }
 
     bool openTcp()

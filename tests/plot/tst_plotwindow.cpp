@@ -1,3 +1,4 @@
+#include "../automation/LinkTapRig.h"
 #include "../sim/SimProcess.h"
 #include "LarkTest.h"
 #include "LinkTap.h"
@@ -6,28 +7,12 @@
 #include <QDir>
 #include <QProcess>
 #include <QPushButton>
-#include <QSerialPort>
 #include <QTemporaryDir>
 #include <QUdpSocket>
 #include <QNetworkDatagram>
 #include <qcustomplot.h>
 
 #include <cmath>
-
-// larksim on a pty, read by QSerialPort into a tap as a serial page would
-struct BoardOnPty {
-    SimProcess sim;
-    QSerialPort port;
-    LinkTap tap;
-    bool start(const QStringList &args)
-    {
-        if (!sim.start(args))
-            return false;
-        port.setPortName(sim.ptyName());
-        QObject::connect(&port, &QSerialPort::readyRead, [this] { tap.reportReceived(port.readAll()); });
-        return port.open(QIODevice::ReadWrite);
-    }
-};
 
 // The window as a page gives it its link: a LinkTap that the test feeds from a real
 // link to larksim, a pty read by QSerialPort or a loopback UDP socket.
@@ -56,12 +41,14 @@ private slots:
     {
         // the board runs until stopped: one that ended by itself would hang up the pty
         // and take with it whatever the test had not read yet
-        BoardOnPty board;
-        QVERIFY(board.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400"}));
+        SimProcess sim;
+        QVERIFY(sim.start({"text", "--kind", "csv", "--pty", "--lines-per-s", "400"}));
+        LinkTapRig board;
+        QVERIFY(board.openPort(sim.ptyName()));
         PlotWindow w(&board.tap, "plot");
         w.show();
         QTRY_VERIFY_WITH_TIMEOUT(w.store().totalRows() >= 60, 10000);
-        QVERIFY(board.sim.stop());
+        QVERIFY(sim.stop());
         QCOMPARE(w.textParser().badLines(), qint64(0));
         QCOMPARE(w.store().channelCount(), 3);
         // the third column counts lines modulo 100: none lost, none doubled
@@ -102,13 +89,15 @@ private slots:
     // built from that same definition
     void pidBoardFramesMatchTheShippedPidDefinition()
     {
-        BoardOnPty board;
-        QVERIFY(board.start({"pid", "--pty"}));
+        SimProcess sim;
+        QVERIFY(sim.start({"pid", "--pty"}));
+        LinkTapRig board;
+        QVERIFY(board.openPort(sim.ptyName()));
         PlotWindow w(&board.tap, "plot");
         QString error;
         QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_PLOT_EXAMPLES "/larksim_pid.json"), &error), qPrintable(error));
         w.setMode(PlotWindow::BinaryFrames);
-        board.port.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
+        board.tap.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
         QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
         const PlotFrameParser::Counts n = w.frameParser().counts();
         QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
