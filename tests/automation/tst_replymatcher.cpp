@@ -48,13 +48,12 @@ private slots:
         QFETCH(QString, pattern);
         QFETCH(QByteArray, codec);
         QFETCH(QByteArrayList, chunks);
-        QFETCH(int, hits);
         ReplyMatcher m;
         m.setRules({rule(ReplyRule::MatchKind(kind), pattern)}, QTextCodec::codecForName(codec));
         int fired = 0;
         for (const QByteArray &c : chunks)
             fired += m.feed(c, 0).size();
-        QCOMPARE(fired, hits);
+        QTEST(fired, "hits");
     }
 
     void theMinimumIntervalHoldsPerRule()
