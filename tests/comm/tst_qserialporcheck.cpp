@@ -3,6 +3,7 @@
 #include "QSerialPorCheck.h"
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -117,11 +118,9 @@ private slots:
         LarkPtyPair pty;
         QVERIFY(pty.start());
         const QString name = QString("ttyLarkDead%1").arg(getpid());
-        struct Guard {
-            QString path;
-            ~Guard() { QFile::remove(path); }
-        } guard{"/dev/" + name};
-        if (!QFile::link(pty.programPath(), guard.path))
+        const QString path = "/dev/" + name;
+        const auto guard = qScopeGuard([&] { QFile::remove(path); });
+        if (!QFile::link(pty.programPath(), path))
             QSKIP("/dev is not writable here");
         check.SltCheckSerialport();
         QVERIFY(check.serialports().contains(name));
