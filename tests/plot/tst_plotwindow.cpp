@@ -49,8 +49,7 @@ private slots:
         w.show();
         QTRY_VERIFY_WITH_TIMEOUT(w.store().totalRows() >= 60, 10000);
         QVERIFY(sim.stop());
-        QCOMPARE(w.textParser().badLines(), qint64(0));
-        QCOMPARE(w.store().channelCount(), 3);
+        QVERIFY(w.textParser().badLines() == 0 && w.store().channelCount() == 3);
         // the third column counts lines modulo 100: none lost, none doubled
         const int rows = w.store().rows();
         for (int r = 1; r < rows; ++r)
@@ -101,8 +100,8 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
         const PlotFrameParser::Counts n = w.frameParser().counts();
         QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
-        QCOMPARE(w.store().value(0, w.store().rows() - 1), 2.0);
-        QCOMPARE(w.store().value(1, w.store().rows() - 1), 2.0); // actual value reports
+        // channel 2's actual value reports
+        QVERIFY(w.store().value(0, w.store().rows() - 1) == 2.0 && w.store().value(1, w.store().rows() - 1) == 2.0);
     }
 
     void pausedPlotKeepsRecordingAndCatchesUpOnResume()
@@ -114,9 +113,7 @@ private slots:
         LarkTest::click(&w, "btnPlotPause");
         tap.reportReceived("3,4\n5,6\n");
         QTRY_VERIFY(!w.redrawPending());
-        QCOMPARE(w.store().rows(), 3);
-        QCOMPARE(w.redraws(), qint64(1));
-        QCOMPARE(w.plot()->graph(0)->dataCount(), 1);
+        QVERIFY(w.store().rows() == 3 && w.redraws() == 1 && w.plot()->graph(0)->dataCount() == 1);
         QCOMPARE(exportSummary(w), QString("3 3 True {3}"));
         LarkTest::click(&w, "btnPlotPause");
         QTRY_COMPARE(w.plot()->graph(0)->dataCount(), 3);
@@ -129,8 +126,7 @@ private slots:
         QCOMPARE(PlotWindow::showFor(&a, "a"), wa);
         PlotWindow *wb = PlotWindow::showFor(&b, "b");
         QVERIFY(wb != wa);
-        wa->close();
-        wb->close();
+        wa->close(), wb->close();
         PlotWindow *again = PlotWindow::showFor(&a, "a");
         QVERIFY(again != wa && again->isVisible());
         again->close();
