@@ -1,16 +1,13 @@
+#include "../../bench/BoardWriter.h"
 #include "CaptureWriter.h"
 #include "LarkPtyPair.h"
 #include "LarkTestCore.h"
 
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <atomic>
-#include <fcntl.h>
 #include <thread>
-#include <unistd.h>
 
 // The whole capturing program killed with SIGKILL in the middle of a 1 MB/s stream:
 // the file is a prefix of the stream and lacks at most one frame's worth of what the
@@ -35,23 +32,7 @@ private slots:
         for (int i = 0; i < stream.size(); ++i)
             stream[i] = char((quint32(i) * 7919u) >> 3);
         std::atomic<bool> stop{false};
-        std::thread board([&] {
-            const int fd = ::open(pty.boardPath().toLocal8Bit().constData(), O_WRONLY | O_NOCTTY);
-            QElapsedTimer t;
-            t.start();
-            qint64 done = 0;
-            while (!stop && done < stream.size()) {
-                const qint64 due = qMin<qint64>(stream.size(), t.elapsed() * rate / 1000);
-                if (due <= done) {
-                    usleep(1000);
-                    continue;
-                }
-                const ssize_t n = ::write(fd, stream.constData() + done, size_t(due - done));
-                if (n > 0)
-                    done += n;
-            }
-            ::close(fd);
-        });
+        std::thread board(boardWriter, pty.boardPath(), stream, rate, 4096, &stop);
         // about a second into the stream, right after the program said what it had
         qint64 received = 0;
         while (received < rate && host.waitForReadyRead(5000))
