@@ -17,7 +17,7 @@ class tst_SocketReconnector : public QObject
     }
 
 private slots:
-    void aClientReachesAServerThatStartsLateAndAfterItRestarts()
+    void aClientReachesAServerThatStartsLateAndAfterItRestartsUnlessClosedOrOff()
     {
         const quint16 port = freePort();
         QTcpSocket client;
@@ -42,26 +42,15 @@ private slots:
         QTRY_VERIFY(tries.size() >= 1);
         QCOMPARE(tries.at(0).at(2).toInt(), 500);
         QTRY_COMPARE_WITH_TIMEOUT(client.state(), QAbstractSocket::ConnectedState, 5000);
-    }
 
-    void offOrClosedByTheUserItDoesNotTry()
-    {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        QTcpSocket client;
-        SocketReconnector reconnector;
-        reconnector.attach(&client);
-        reconnector.setEnabled(true);
-        QSignalSpy tries(&reconnector, SIGNAL(reconnecting(QString, quint16, int)));
-        client.connectToHost("127.0.0.1", server.serverPort());
-        QVERIFY(client.waitForConnected(2000));
+        // closed by the user, or switched off, it does not try
+        tries.clear();
         client.close();
         QVERIFY(!reconnector.isWaiting());
         reconnector.setEnabled(false);
         client.connectToHost("127.0.0.1", freePort());
         QTRY_COMPARE(client.state(), QAbstractSocket::UnconnectedState);
-        QVERIFY(!reconnector.isWaiting());
-        QCOMPARE(tries.size(), 0);
+        QVERIFY(!reconnector.isWaiting() && tries.isEmpty());
     }
 };
 
