@@ -18,14 +18,6 @@ class TstSimCamera : public QObject
 {
     Q_OBJECT
 
-    template <class T>
-    static T *child(QWidget *page, const QString &name)
-    {
-        for (T *w : page->findChildren<T *>())
-            if (w->objectName() == name || w->property("text").toString() == name)
-                return w;
-        return nullptr;
-    }
     // entry e of the register strip: 2k is row k's address, 2k + 1 its value
     static QLineEdit *field(CameraDebugWidget &page, int e)
     {
@@ -53,28 +45,29 @@ private slots:
         QFETCH(QStringList, extra);
         CameraDebugWidget page;
         SimProcess sim;
-        QComboBox *links = child<QComboBox>(&page, "cbxProtocol");
+        QComboBox *links = page.findChild<QComboBox *>("cbxProtocol");
         QStringList args = QStringList{"camera", "--fps", "20", "--size", "160x120"} + extra;
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QComboBox>(&page, "cbxAddress")->setCurrentText("127.0.0.1");
+        page.findChild<QLineEdit *>("edtPort")->setText("0");
+        page.findChild<QComboBox *>("cbxAddress")->setCurrentText("127.0.0.1");
         const QString tty = QString("ttyLarkSim%1").arg(getpid());
-        child<QRadioButton>(&page, "JPEG数据")->setChecked(extra.contains("--jpeg"));
+        for (QRadioButton *r : page.findChildren<QRadioButton *>())
+            r->setChecked(r->text() == "JPEG数据" ? extra.contains("--jpeg") : r->isChecked());
         if (link == "server" || link == "udp") {
             links->setCurrentIndex(link == "server" ? 0 : 2);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
             const quint16 port = link == "server" ? page.tcpServer()->serverPort() : page.udpSocket()->localPort();
             QVERIFY(sim.start(args << (link == "server" ? "--tcp-client" : "--udp") << QString("127.0.0.1:%1").arg(port)));
         } else if (link == "client") {
             QVERIFY(sim.start(args << "--tcp-server" << "0"));
-            child<QLineEdit>(&page, "edtPort")->setText(QString::number(sim.serverPort()));
+            page.findChild<QLineEdit *>("edtPort")->setText(QString::number(sim.serverPort()));
             links->setCurrentIndex(1);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
         } else {
             QVERIFY(sim.start(args << "--pty" << "/dev/" + tty));
             QVERIFY(!sim.ptyName().isEmpty());
             page.SltSerialportChanged({"ttyS99", tty});
             links->setCurrentIndex(4);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
             QVERIFY(page.serialPort()->isOpen());
         }
 
@@ -103,15 +96,15 @@ private slots:
         // write 0x12 = 0x80 from the first write row, read it back into the second read row
         field(page, 0)->setText("12");
         field(page, 1)->setText("80");
-        child<QPushButton>(&page, "btnSendReg0")->click();
+        page.findChild<QPushButton *>("btnSendReg0")->click();
         QVERIFY(!sim.waitFor("write register 0x12 = 0x80").isNull());
         field(page, 18)->setText("12");
         field(page, 19)->setText("");
-        child<QPushButton>(&page, "btnSendReg9")->click();
+        page.findChild<QPushButton *>("btnSendReg9")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 2) = 0x80").isNull());
         QTRY_COMPARE(field(page, 19)->text(), QString("80"));
 
-        child<QPushButton>(&page, "btnOpen")->click();
+        page.findChild<QPushButton *>("btnOpen")->click();
         QVERIFY(sim.stop());
         // the link it made is gone with it
         QVERIFY(!QFileInfo("/dev/" + tty).isSymLink());
@@ -127,17 +120,17 @@ private slots:
         table.write(QTextCodec::codecForName("GB18030")->fromUnicode("寄存器编号,寄存器地址,寄存器值,描述,\n1,30,5A,曝光,\n,,,,\n"));
         table.close();
         CameraDebugWidget page;
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QPushButton>(&page, "btnOpen")->click();
+        page.findChild<QLineEdit *>("edtPort")->setText("0");
+        page.findChild<QPushButton *>("btnOpen")->click();
         SimProcess sim;
         QVERIFY(sim.start({"camera", "--fps", "0", "--regs", table.fileName(), "--tcp-client",
                            QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
         QTRY_COMPARE(page.tcpServer()->counts(), 1);
         field(page, 16)->setText("30");
-        child<QPushButton>(&page, "btnSendReg8")->click();
+        page.findChild<QPushButton *>("btnSendReg8")->click();
         QTRY_COMPARE(field(page, 17)->text(), QString("5A"));
         field(page, 16)->setText("12"); // in the default map, not in the file
-        child<QPushButton>(&page, "btnSendReg8")->click();
+        page.findChild<QPushButton *>("btnSendReg8")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 1): no such register").isNull());
     }
 
