@@ -96,7 +96,8 @@ private slots:
         QFETCH(QString, example);
         PlotFrameDefinition def, again;
         QString error;
-        QVERIFY2(PlotFrameDefinition::load(QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + example), &def, &error), qPrintable(error));
+        QVERIFY2(PlotFrameDefinition::load(QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + example), &def, &error),
+                 qPrintable(error));
         QTemporaryDir dir;
         QVERIFY(def.save(dir.filePath("copy.json"), &error));
         QVERIFY2(PlotFrameDefinition::load(dir.filePath("copy.json"), &again, &error), qPrintable(error));
