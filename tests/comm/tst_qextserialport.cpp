@@ -10,18 +10,17 @@
 class TstQextSerialPort : public QObject
 {
     Q_OBJECT
-    LarkPtyPair *m_pty = nullptr;
+    LarkPtyPair m_pty;
     QextSerialPort *m_port = nullptr;
 
 private slots:
     void init()
     {
-        m_pty = new LarkPtyPair;
-        QVERIFY(m_pty->start());
-        m_port = new QextSerialPort(m_pty->programPath(), QextSerialPort::EventDriven);
+        QVERIFY(m_pty.start());
+        m_port = new QextSerialPort(m_pty.programPath(), QextSerialPort::EventDriven);
         QVERIFY(m_port->open(QIODevice::ReadWrite));
     }
-    void cleanup() { delete m_port; delete m_pty; }
+    void cleanup() { delete m_port; m_pty.stop(); }
 
     void baudRatesOutsideTheTermiosTableAreRefused_data()
     {
@@ -50,12 +49,12 @@ private slots:
     {
         m_port->setBaudRate(QextSerialPort::BAUD115200);
         m_port->setStopBits(QextSerialPort::STOP_2);
-        QCOMPARE(ptyLine(m_pty->programPath()), QString("115200 cstopb"));
+        QCOMPARE(ptyLine(m_pty.programPath()), QString("115200 cstopb"));
         m_port->close();
         m_port->setBaudRate(QextSerialPort::BAUD19200);
         m_port->setStopBits(QextSerialPort::STOP_1);
         QVERIFY(m_port->open(QIODevice::ReadWrite));
-        QCOMPARE(ptyLine(m_pty->programPath()), QString("19200"));
+        QCOMPARE(ptyLine(m_pty.programPath()), QString("19200"));
     }
 
     void fiveDataBitsNeverGoWithTwoStopBits()
@@ -75,11 +74,11 @@ private slots:
     void aVanishedPeerIsDroppedAtTheFirstFailedRead() // bytes both ways: the serial page's tests
     {
         // the watcher compares this full path with short names; it must not be shortened
-        QCOMPARE(m_port->portName(), m_pty->programPath());
-        QVERIFY(m_pty->boardWrite("abc"));
+        QCOMPARE(m_port->portName(), m_pty.programPath());
+        QVERIFY(m_pty.boardWrite("abc"));
         QTRY_COMPARE(m_port->bytesAvailable(), qint64(3)); // unread when the peer goes
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("QextSerialPort: .* has gone away"));
-        m_pty->stop();
+        m_pty.stop();
         // no notifier spinning on the dead descriptor, no crash on later reads and writes
         const clock_t before = clock();
         QTest::qWait(500);
