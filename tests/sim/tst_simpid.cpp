@@ -59,10 +59,8 @@ private slots:
     {
         m_sim = new SimProcess;
         QVERIFY(m_sim->start({"pid", "--pty"}));
-        const QString pty = m_sim->ptyName();
-        QVERIFY(pty.startsWith("/dev/"));
         m_page = new PidDebugWidget;
-        m_page->SltSerialportChanged({pty.mid(5)});
+        m_page->SltSerialportChanged({m_sim->ptyName().mid(5)}); // past "/dev/", or the open fails
         button("打开串口")->click();
         QVERIFY(m_page->serialPort()->isOpen());
     }
