@@ -4,12 +4,12 @@
 #include "LarkPtyPair.h"
 #include "LinkTap.h"
 
-#include <QElapsedTimer>
 #include <QSerialPort>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <memory>
+#include <utility>
 
 // A LinkTap wired the way a page wires it, on a real link: the program's end is a
 // QSerialPort on a socat pty or the accepted socket of a loopback TCP pair, and the
@@ -19,13 +19,14 @@ class LinkTapRig
 public:
     LinkTap tap;
 
-    bool openPty()
+    bool openPty() { return m_pty.start() && openPort(m_pty.programPath()); }
+
+    // the program's end on a port another process made, such as larksim's pty
+    bool openPort(const QString &path)
     {
-        if (!m_pty.start())
-            return false;
-        auto *port = new QSerialPort(m_pty.programPath());
+        auto *port = new QSerialPort(path);
         m_device.reset(port);
-        return port->open(QIODevice::ReadWrite) && wire(m_pty.programPath());
+        return port->open(QIODevice::ReadWrite) && wire(path);
     }
 
     bool openTcp()
@@ -53,15 +54,9 @@ public:
     {
         if (!m_board)
             return m_pty.boardReadAtLeast(n);
-        QElapsedTimer t;
-        t.start();
-        while (m_boardIn.size() < n && t.elapsed() < 5000) {
-            QTest::qWait(1); // the program's side needs the event loop to write
-            m_boardIn += m_board->readAll();
-        }
-        const QByteArray out = m_boardIn;
-        m_boardIn.clear();
-        return out;
+        // the program's side needs the event loop to write
+        (void)QTest::qWaitFor([&] { return (m_boardIn += m_board->readAll()).size() >= n; }, 5000);
+        return std::exchange(m_boardIn, QByteArray());
     }
 
 private:

@@ -2,7 +2,6 @@
 #include "AutomationWindow.h"
 #include "LarkTest.h"
 #include "LinkTapRig.h"
-#include "ReplyRuleFile.h"
 #include "ScriptRuntime.h"
 
 #include <QCheckBox>
@@ -18,40 +17,13 @@ class TstAutomationWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void badRuleFilesKeepTheRulesShown_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("bad json") << QByteArray("{\"rules\": [") << "不是有效的 JSON";
-        QTest::newRow("unknown field") << QByteArray("{\"rules\": [{\"pattern\": \"A\", \"answer\": \"B\"}]}") << "未知字段 \"answer\"";
-    }
-    void badRuleFilesKeepTheRulesShown()
-    {
-        QFETCH(QByteArray, json);
-        QFETCH(QString, message);
-        LinkTapRig rig;
-        QVERIFY(rig.openTcp());
-        AutomationWindow window(&rig.tap, "网络调试助手");
-        QTemporaryDir dir;
-        const ReplyRule ping(ReplyRule::MatchText, "PING", ReplyRule::ReplyText, "PONG");
-        QVERIFY(ReplyRuleFile::save(dir.filePath("good.json"), {ping, ping}, nullptr));
-        QVERIFY(window.loadRules(dir.filePath("good.json")));
-        QFile bad(dir.filePath("bad.json"));
-        QVERIFY(bad.open(QIODevice::WriteOnly) && bad.write(json) == json.size());
-        bad.close();
-        QVERIFY(!window.loadRules(bad.fileName()));
-        QVERIFY2(window.rulesMessage().contains("保留原有规则") && window.rulesMessage().contains(message),
-                 qPrintable(window.rulesMessage()));
-        QCOMPARE(window.rules(), (QList<ReplyRule>{ping, ping}));
-        QCOMPARE(window.runner()->rules().size(), 2);
-    }
-
-    void tableRulesAnswerOnceSwitchedOnAndCount()
+    void tableRulesAndTheScriptWorkTheLink()
     {
         LinkTapRig rig;
         QVERIFY(rig.openTcp());
         AutomationWindow window(&rig.tap, "网络调试助手");
         window.show();
+        // a rule answers once switched on, and counts
         LarkTest::click(&window, "添加"); // AT\r\n -> OK\r\n
         QCOMPARE(window.table()->rowCount(), 1);
         window.table()->item(0, AutomationWindow::ColReply)->setText("OK\\x21\\r\\n");
@@ -63,14 +35,7 @@ private slots:
         window.table()->item(0, AutomationWindow::ColReply)->setText("\\q");
         QVERIFY(window.rulesMessage().contains("第 1 条规则"));
         QVERIFY(!window.table()->item(0, AutomationWindow::ColReply)->toolTip().isEmpty());
-    }
 
-    void runAndStopDriveTheScriptAndShowItsErrors()
-    {
-        LinkTapRig rig;
-        QVERIFY(rig.openTcp());
-        AutomationWindow window(&rig.tap, "网络调试助手");
-        window.show();
         window.setCurrentTab(1);
         QSignalSpy plot(&window, SIGNAL(plotValue(QString, double)));
         window.editor()->setPlainText("function onData(b) {\n    plot('len', b.length);\n    send(b);\n}\n");
@@ -80,19 +45,16 @@ private slots:
         QCOMPARE(plot.value(0), (QList<QVariant>{"len", 3.0}));
         LarkTest::click(&window, "停止");
         QVERIFY(!window.runtime()->isRunning());
-
         // a flood of lines between two repaints shows its end and says what it left out
         for (int i = 0; i < 5200; ++i)
             window.SltScriptLog(QString("n %1").arg(i));
         QTRY_VERIFY(window.logView()->toPlainText().endsWith("n 5199"));
         QVERIFY(window.logView()->toPlainText().contains("…（201 行日志未显示）"));
-
         window.editor()->setPlainText("log('hi');\nfunction onData(b) { for (;;) {} }\n");
         LarkTest::click(&window, "运行");
         rig.boardWrite("x");
         QTRY_VERIFY2(window.scriptState().contains("onData（script.js:2）"), qPrintable(window.scriptState()));
         QTRY_VERIFY(window.logView()->toPlainText().contains("hi"));
-
         // closing the window stops what it runs
         window.editor()->setPlainText("function onData(b) { send(b); }");
         LarkTest::click(&window, "运行");
@@ -101,7 +63,9 @@ private slots:
         QVERIFY(!window.runtime()->isRunning());
     }
 
-    void rulesAndScriptAreKeptForTheNextRun()
+    // what the window holds is there again in the next run; a bad rule file changes
+    // nothing and says why
+    void rulesAndScriptAreKeptAndABadFileChangesNothing()
     {
         QTemporaryDir dir;
         const QString kept = dir.filePath("conf/automation/page2");
@@ -117,6 +81,16 @@ private slots:
         QCOMPARE(window.rules().size(), 1);
         QVERIFY(window.saveScript(dir.filePath("a.js")) && window.loadScript(dir.filePath("a.js")));
         QVERIFY(!window.loadScript(dir.filePath("missing.js")));
+
+        const QList<ReplyRule> before = window.rules();
+        QFile bad(dir.filePath("bad.json"));
+        QVERIFY(bad.open(QIODevice::WriteOnly) && bad.write("{\"rules\": [{\"pattern\": \"A\", \"answer\": \"B\"}]}") > 0);
+        bad.close();
+        QVERIFY(!window.loadRules(bad.fileName()));
+        QVERIFY2(window.rulesMessage().contains("保留原有规则") && window.rulesMessage().contains("未知字段 \"answer\""),
+                 qPrintable(window.rulesMessage()));
+        QCOMPARE(window.rules(), before);
+        QCOMPARE(window.runner()->rules(), before);
     }
 };
 

@@ -36,6 +36,10 @@ private slots:
         QTest::newRow("regex on a character split over chunks") << regex << "温度" << QByteArray("GB18030")
                                                                 << QByteArrayList{"\xce", "\xc2\xb6", "\xc8"} << 1;
         QTest::newRow("lookbehind sees text a match used") << regex << "(?<=A)A" << QByteArray("UTF-8") << QByteArrayList{"AA", "A"} << 2;
+        // a partial match never ends; the window keeps only its last 4096 characters
+        QTest::newRow("a match needing more than the window is never found")
+            << regex << "<[^>]*>" << QByteArray("UTF-8")
+            << QByteArrayList{"<" + QByteArray(ReplyMatcher::RegexWindow, 'x'), ">", "<short>"} << 1;
         QTest::newRow("empty regex match fires nothing") << regex << "x*" << QByteArray("UTF-8") << QByteArrayList{"abc"} << 0;
     }
     void patternsAreFoundWhereverTheStreamIsCut()
@@ -44,13 +48,12 @@ private slots:
         QFETCH(QString, pattern);
         QFETCH(QByteArray, codec);
         QFETCH(QByteArrayList, chunks);
-        QFETCH(int, hits);
         ReplyMatcher m;
         m.setRules({rule(ReplyRule::MatchKind(kind), pattern)}, QTextCodec::codecForName(codec));
         int fired = 0;
         for (const QByteArray &c : chunks)
             fired += m.feed(c, 0).size();
-        QCOMPARE(fired, hits);
+        QTEST(fired, "hits");
     }
 
     void theMinimumIntervalHoldsPerRule()
@@ -60,17 +63,6 @@ private slots:
         QCOMPARE(m.feed("AAB", 1000), (QVector<int>{0, 1}));
         QCOMPARE(m.feed("A", 1099), QVector<int>());
         QCOMPARE(m.feed("AB", 1100), (QVector<int>{0, 1}));
-    }
-
-    void theRegexWindowIsBounded()
-    {
-        // a partial match never ends; the window keeps only its last 4096 characters,
-        // so a match needing more than that is never found
-        ReplyMatcher m;
-        m.setRules({rule(ReplyRule::MatchRegex, "<[^>]*>")}, nullptr);
-        QCOMPARE(m.feed("<" + QByteArray(ReplyMatcher::RegexWindow, 'x'), 0).size(), 0);
-        QCOMPARE(m.feed(">", 0).size(), 0);
-        QCOMPARE(m.feed("<short>", 0).size(), 1);
     }
 
     void aRunawayRegexIsStoppedAndReported()

@@ -13,7 +13,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("error");
-        QTest::newRow("not json") << QByteArray("{\"rules\": [\n  {\"pattern\": }]}") << "第 2 行";
+        QTest::newRow("not json") << QByteArray("{\"rules\": [\n  {\"pattern\": }]}") << "不是有效的 JSON（第 2 行";
         QTest::newRow("an array") << QByteArray("[]") << "JSON 对象";
         QTest::newRow("no rules") << QByteArray("{}") << "\"rules\"";
         QTest::newRow("unknown top field") << QByteArray("{\"rules\": [], \"version\": 2}") << "\"version\"";
@@ -40,30 +40,22 @@ private slots:
         QCOMPARE(rules.size(), 1); // the caller's rules are untouched
     }
 
-    void aSavedSetLoadsBackTheSame()
+    // only the pattern is required; a place that cannot be written or read is named
+    void aSavedSetLoadsBackTheSameAndUnreachablePlacesAreNamed()
     {
         const ReplyRule a(ReplyRule::MatchText, "AT\\r\\n", ReplyRule::ReplyText, "OK\\r\\n");
         ReplyRule b(ReplyRule::MatchRegex, "TEMP=(\\d+)", ReplyRule::ReplyHex, "06", 1000, 20);
         b.enabled = false;
         QTemporaryDir dir;
-        const QString path = dir.filePath("rules.json");
         QString why;
-        QVERIFY(ReplyRuleFile::save(path, {a, b}, &why));
+        QVERIFY(ReplyRuleFile::save(dir.filePath("rules.json"), {a, b}, &why));
         QList<ReplyRule> back;
-        QVERIFY2(ReplyRuleFile::load(path, &back, &why), qPrintable(why));
+        QVERIFY2(ReplyRuleFile::load(dir.filePath("rules.json"), &back, &why), qPrintable(why));
         QCOMPARE(back, (QList<ReplyRule>{a, b}));
-        // only the pattern is required
         QVERIFY(ReplyRuleFile::parse("{\"rules\": [{\"pattern\": \"AT\"}]}", &back, &why));
         QCOMPARE(back, QList<ReplyRule>{ReplyRule(ReplyRule::MatchText, "AT")});
-    }
-
-    void unwritableAndMissingFilesFailWithTheirPath()
-    {
-        QString why;
-        QVERIFY(!ReplyRuleFile::save("/nonexistent/rules.json", {ReplyRule()}, &why));
-        QVERIFY(why.contains("/nonexistent/rules.json"));
-        QVERIFY(!ReplyRuleFile::load("/nonexistent/rules.json", nullptr, &why));
-        QVERIFY(why.contains("/nonexistent/rules.json"));
+        QVERIFY(!ReplyRuleFile::save("/nonexistent/rules.json", {a}, &why) && why.contains("/nonexistent/rules.json"));
+        QVERIFY(!ReplyRuleFile::load("/nonexistent/rules.json", nullptr, &why) && why.contains("/nonexistent/rules.json"));
     }
 };
 

@@ -1,31 +1,26 @@
 #include "LarkPtyPair.h"
 #include "LarkTestCore.h"
+#include "PtyLine.h"
 #include "QextSerialPort.h"
 
 #include <QtTest>
-
 #include <ctime>
-#include <fcntl.h>
-#include <termios.h>
-#include <unistd.h>
 
 // QextSerialPort opened on the program's end of a socat pty pair.
 class TstQextSerialPort : public QObject
 {
     Q_OBJECT
-    LarkPtyPair *m_pty = nullptr;
+    LarkPtyPair m_pty;
     QextSerialPort *m_port = nullptr;
 
 private slots:
     void init()
     {
-        m_pty = new LarkPtyPair;
-        QVERIFY(m_pty->start());
-        m_port = new QextSerialPort(QextSerialPort::EventDriven);
-        m_port->setPortName(m_pty->programPath());
+        QVERIFY(m_pty.start());
+        m_port = new QextSerialPort(m_pty.programPath(), QextSerialPort::EventDriven);
         QVERIFY(m_port->open(QIODevice::ReadWrite));
     }
-    void cleanup() { delete m_port; delete m_pty; }
+    void cleanup() { delete m_port; m_pty.stop(); }
 
     void baudRatesOutsideTheTermiosTableAreRefused_data()
     {
@@ -37,7 +32,6 @@ private slots:
         for (int r : {128000, 256000, 14400, 0, 4000001})
             QTest::addRow("%d refused", r) << r << false;
     }
-
     void baudRatesOutsideTheTermiosTableAreRefused()
     {
         QFETCH(int, rate);
@@ -50,29 +44,17 @@ private slots:
         QCOMPARE(int(m_port->baudRate()), accepted ? rate : 57600);
     }
 
-    // speed and stop bits as the device reports them (a pty keeps 8 data bits and no
-    // parity whatever it is told), set while open and carried into a later opening
+    // set while open, and carried into a later opening
     void settingsReachThePort()
     {
-        const auto line = [this](speed_t &speed, bool &twoStop) {
-            const int fd = ::open(qPrintable(m_pty->programPath()), O_RDONLY | O_NOCTTY | O_NONBLOCK);
-            termios tio = {};
-            const bool read = fd >= 0 && ::tcgetattr(fd, &tio) == 0;
-            ::close(fd);
-            speed = cfgetospeed(&tio);
-            twoStop = tio.c_cflag & CSTOPB;
-            return read;
-        };
-        speed_t speed;
-        bool twoStop;
         m_port->setBaudRate(QextSerialPort::BAUD115200);
         m_port->setStopBits(QextSerialPort::STOP_2);
-        QVERIFY(line(speed, twoStop) && speed == B115200 && twoStop);
+        QCOMPARE(ptyLine(m_pty.programPath()), QString("115200 cstopb"));
         m_port->close();
         m_port->setBaudRate(QextSerialPort::BAUD19200);
         m_port->setStopBits(QextSerialPort::STOP_1);
         QVERIFY(m_port->open(QIODevice::ReadWrite));
-        QVERIFY(line(speed, twoStop) && speed == B19200 && !twoStop);
+        QCOMPARE(ptyLine(m_pty.programPath()), QString("19200"));
     }
 
     void fiveDataBitsNeverGoWithTwoStopBits()
@@ -81,7 +63,6 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("2 stop bits cannot be used with 5 data bits"));
         m_port->setStopBits(QextSerialPort::STOP_2);
         QCOMPARE(m_port->stopBits(), QextSerialPort::STOP_1);
-
         m_port->setDataBits(8);
         m_port->setStopBits(1); // the page passes the combo index: 1 is two stop bits
         QCOMPARE(m_port->stopBits(), QextSerialPort::STOP_2);
@@ -93,11 +74,11 @@ private slots:
     void aVanishedPeerIsDroppedAtTheFirstFailedRead() // bytes both ways: the serial page's tests
     {
         // the watcher compares this full path with short names; it must not be shortened
-        QCOMPARE(m_port->portName(), m_pty->programPath());
-        QVERIFY(m_pty->boardWrite("abc"));
+        QCOMPARE(m_port->portName(), m_pty.programPath());
+        QVERIFY(m_pty.boardWrite("abc"));
         QTRY_COMPARE(m_port->bytesAvailable(), qint64(3)); // unread when the peer goes
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("QextSerialPort: .* has gone away"));
-        m_pty->stop();
+        m_pty.stop();
         // no notifier spinning on the dead descriptor, no crash on later reads and writes
         const clock_t before = clock();
         QTest::qWait(500);

@@ -3,10 +3,10 @@
 #include "QSerialPorCheck.h"
 
 #include <QDir>
-#include <QFile>
+#include <QScopeGuard>
 #include <QSerialPortInfo>
-#include <QTemporaryDir>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 #include <unistd.h>
 
@@ -27,7 +27,6 @@ private slots:
         QTest::newRow("last port leaving reports an empty list") << Lists{{"ttyUSB0"}, {}} << Lists{{"ttyUSB0"}, {}};
         QTest::newRow("a plug keeps the system's order") << Lists{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}} << Lists{{"ttyUSB1"}, {"ttyUSB1", "ttyACM0"}};
     }
-
     void onlyAChangeOfTheCountIsReported()
     {
         QFETCH(QList<QStringList>, ticks);
@@ -73,40 +72,37 @@ private slots:
     void virtualPortsAreLinksToALivePseudoTerminal_data()
     {
         QTest::addColumn<QString>("target"); // "PTY" stands for the socat end
-        QTest::addColumn<bool>("listed");
-        QTest::newRow("link to a pty") << "PTY" << true;
-        QTest::newRow("link to a regular file") << "FILE" << false;
-        QTest::newRow("dangling link") << "/dev/pts/999999" << false;
-        QTest::newRow("the multiplexer") << "/dev/pts/ptmx" << false;
+        QTest::addColumn<QStringList>("listed");
+        QTest::newRow("link to a pty") << "PTY" << QStringList{"ttyV0"};
+        QTest::newRow("link to a regular file") << "plain" << QStringList();
+        QTest::newRow("dangling link") << "/dev/pts/999999" << QStringList();
+        QTest::newRow("the multiplexer") << "/dev/pts/ptmx" << QStringList();
         // /dev/stdin leads to a terminal only through /proc
-        QTest::newRow("link to a link to a pty") << "LINK" << false;
+        QTest::newRow("link to a link to a pty") << "inner" << QStringList();
     }
-
     void virtualPortsAreLinksToALivePseudoTerminal()
     {
         QFETCH(QString, target);
-        QFETCH(bool, listed);
         LarkPtyPair pty;
         QVERIFY(pty.start());
         QTemporaryDir dir;
         QFile file(dir.filePath("plain"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(QFile::link(pty.programPath(), dir.filePath("inner")));
-        QDir sub(dir.path());
-        QVERIFY(sub.mkdir("links"));
-        const QString resolved = target == "PTY" ? pty.programPath()
-                                 : target == "FILE" ? file.fileName()
-                                 : target == "LINK" ? dir.filePath("inner") : target;
-        QVERIFY(QFile::link(resolved, dir.filePath("links/ttyV0")));
-        QCOMPARE(QSerialPorCheck::virtualPorts(dir.filePath("links")), listed ? QStringList{"ttyV0"} : QStringList{});
+        QVERIFY(file.open(QIODevice::WriteOnly) && QFile::link(pty.programPath(), dir.filePath("inner")));
+        const QDir d(dir.path()); // takes the absolute targets too, as QTemporaryDir does not
+        const QString links = d.filePath("links");
+        QVERIFY(d.mkdir("links"));
+        QVERIFY(QFile::link(target == "PTY" ? pty.programPath() : d.filePath(target), links + "/ttyV0"));
+        QTEST(QSerialPorCheck::virtualPorts(links), "listed");
         pty.stop();
-        QTRY_VERIFY(QSerialPorCheck::virtualPorts(dir.filePath("links")).isEmpty()); // its pty is gone
+        QTRY_VERIFY(QSerialPorCheck::virtualPorts(links).isEmpty()); // its pty is gone
     }
 
     // A tick enumerates only when a device can have come or gone: /dev changed, or a
     // listed virtual port lost its pty. Nothing else on the machine may touch /dev in
     // the moment between two ticks, so a quiet pair of ticks is looked for a few times.
-    void aTickWithNothingChangedDoesNotEnumerate()
+    // A socat that ends takes its pty and leaves its link in /dev as it was: the next
+    // tick looks again all the same, and the port leaves the list.
+    void aTickEnumeratesOnlyWhenADeviceCanHaveComeOrGone()
     {
         QSerialPorCheck check;
         check.SltCheckSerialport();
@@ -118,22 +114,14 @@ private slots:
             quiet = check.scanCount() == before;
         }
         QVERIFY(quiet);
-    }
 
-    // a socat that ends takes its pty and leaves its link in /dev as it was: the next
-    // tick looks again all the same, and the port leaves the list
-    void aDevLinkWhosePtyDiedLeavesTheList()
-    {
         LarkPtyPair pty;
         QVERIFY(pty.start());
         const QString name = QString("ttyLarkDead%1").arg(getpid());
-        struct Guard {
-            QString path;
-            ~Guard() { QFile::remove(path); }
-        } guard{"/dev/" + name};
-        if (!QFile::link(pty.programPath(), guard.path))
+        const QString path = "/dev/" + name;
+        const auto guard = qScopeGuard([&] { QFile::remove(path); });
+        if (!QFile::link(pty.programPath(), path))
             QSKIP("/dev is not writable here");
-        QSerialPorCheck check;
         check.SltCheckSerialport();
         QVERIFY(check.serialports().contains(name));
         pty.stop();

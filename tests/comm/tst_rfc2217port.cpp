@@ -1,10 +1,10 @@
 #include "LarkPtyPair.h"
+#include "LarkTapSpy.h"
 #include "LarkTestCore.h"
+#include "PtyLine.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
-#include "Rfc2217Port.h"
 
-#include <QProcess>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -14,123 +14,100 @@
 class tst_Rfc2217Port : public QObject
 {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void bytesCrossBothWaysAndTheBaudReachesTheServersPort_data();
-    void bytesCrossBothWaysAndTheBaudReachesTheServersPort();
-    void aRefusedConnectionFailsTheOpenWithAReason();
-    void thePidPagesPortOpensARemoteNameToo();
-
-private:
-    QString serverBaud();
     LarkPtyPair m_pty;
     QTemporaryDir m_dir;
     QProcess m_ser2net;
     quint16 m_port = 0;
-};
 
-void tst_Rfc2217Port::initTestCase()
-{
-    if (QStandardPaths::findExecutable("ser2net").isEmpty())
-        QSKIP("ser2net is not installed");
-    QVERIFY(m_pty.start());
-    QTcpServer probe;
-    QVERIFY(probe.listen(QHostAddress::LocalHost));
-    m_port = probe.serverPort();
-    probe.close();
-    QFile conf(m_dir.filePath("ser2net.yaml"));
-    QVERIFY(conf.open(QIODevice::WriteOnly));
-    conf.write(QString("connection: &remote\n"
-                       "  accepter: telnet(rfc2217),tcp,localhost,%1\n"
-                       "  connector: serialdev,%2,9600n81,local\n"
-                       "  options:\n    kickolduser: true\n")
-                   .arg(m_port).arg(m_pty.programPath()).toUtf8());
-    conf.close();
-    m_ser2net.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_ser2net.start("ser2net", {"-n", "-d", "-c", conf.fileName(), "-P", m_dir.filePath("pid")});
-    QVERIFY(m_ser2net.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(
-        [this] { QTcpSocket s; s.connectToHost("127.0.0.1", m_port); return s.waitForConnected(200); }(), 10000);
-}
+    QString serverBaud() { return ptyLine(m_pty.programPath()); }
 
-void tst_Rfc2217Port::cleanupTestCase()
-{
-    m_ser2net.terminate();
-    m_ser2net.waitForFinished(3000);
-}
+private slots:
+    void initTestCase()
+    {
+        if (QStandardPaths::findExecutable("ser2net").isEmpty())
+            QSKIP("ser2net is not installed");
+        QVERIFY(m_pty.start());
+        QTcpServer probe;
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        m_port = probe.serverPort();
+        probe.close();
+        QFile conf(m_dir.filePath("ser2net.yaml"));
+        QVERIFY(conf.open(QIODevice::WriteOnly));
+        conf.write(QString("connection: &remote\n"
+                           "  accepter: telnet(rfc2217),tcp,localhost,%1\n"
+                           "  connector: serialdev,%2,9600n81,local\n"
+                           "  options:\n    kickolduser: true\n")
+                       .arg(m_port).arg(m_pty.programPath()).toUtf8());
+        conf.close();
+        m_ser2net.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_ser2net.start("ser2net", {"-n", "-d", "-c", conf.fileName(), "-P", m_dir.filePath("pid")});
+        QVERIFY(m_ser2net.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [this] { QTcpSocket s; s.connectToHost("127.0.0.1", m_port); return s.waitForConnected(200); }(), 10000);
+    }
+    void cleanupTestCase()
+    {
+        m_ser2net.terminate();
+        m_ser2net.waitForFinished(3000);
+    }
 
-QString tst_Rfc2217Port::serverBaud()
-{
-    QProcess stty;
-    stty.start("stty", {"-F", m_pty.programPath(), "speed"});
-    stty.waitForFinished();
-    return QString::fromLatin1(stty.readAllStandardOutput()).trimmed();
-}
+    void bytesCrossBothWaysAndTheBaudReachesTheServersPort_data()
+    {
+        QTest::addColumn<int>("baud");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("typed in a serial page's box") << 115200 << QString("/dev/rfc2217://127.0.0.1:%1");
+        QTest::newRow("bare name, fast line") << 921600 << QString("rfc2217://localhost:%1");
+        QTest::newRow("slow line") << 9600 << QString("rfc2217://127.0.0.1:%1");
+    }
+    void bytesCrossBothWaysAndTheBaudReachesTheServersPort()
+    {
+        QFETCH(int, baud);
+        QFETCH(QString, name);
+        QextSerialPort port(name.arg(m_port));
+        port.setBaudRate(baud);
+        QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+        QTRY_COMPARE(serverBaud(), QString::number(baud));
+        // every byte value, 0xFF (telnet's escape) among them, both ways
+        QByteArray all;
+        for (int i = 0; i < 2048; ++i)
+            all.append(char(i & 0xFF));
+        QCOMPARE(port.write(all), qint64(all.size()));
+        QCOMPARE(m_pty.boardReadAtLeast(all.size()), all);
+        QVERIFY(m_pty.boardWrite(all));
+        QByteArray got;
+        QTRY_VERIFY((got += port.readAll()).size() >= all.size());
+        QCOMPARE(got, all);
+        // a change while open goes to the server at once
+        port.setBaudRate(57600);
+        QTRY_COMPARE(serverBaud(), QString("57600"));
+        QVERIFY(port.setDtr(false));
+    }
 
-void tst_Rfc2217Port::bytesCrossBothWaysAndTheBaudReachesTheServersPort_data()
-{
-    QTest::addColumn<int>("baud");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("typed in a serial page's box") << 115200 << QString("/dev/rfc2217://127.0.0.1:%1");
-    QTest::newRow("bare name, fast line") << 921600 << QString("rfc2217://localhost:%1");
-    QTest::newRow("slow line") << 9600 << QString("rfc2217://127.0.0.1:%1");
-}
+    void aRefusedConnectionFailsTheOpenWithAReason()
+    {
+        // port 1 on loopback: nothing listens there without root
+        for (const QString &name : {QString("rfc2217://127.0.0.1:1"), QString("rfc2217://nohostport")}) {
+            QextSerialPort port(name);
+            QVERIFY(!port.open(QIODevice::ReadWrite));
+            QVERIFY(!port.errorString().isEmpty() && !port.isOpen());
+        }
+    }
 
-void tst_Rfc2217Port::bytesCrossBothWaysAndTheBaudReachesTheServersPort()
-{
-    QFETCH(int, baud);
-    QFETCH(QString, name);
-    QextSerialPort port(name.arg(m_port));
-    port.setBaudRate(baud);
-    QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
-    QVERIFY(port.isRemote());
-    QTRY_COMPARE(serverBaud(), QString::number(baud));
-
-    // every byte value, 0xFF (telnet's escape) among them, both ways
-    QByteArray all;
-    for (int i = 0; i < 2048; ++i)
-        all.append(char(i & 0xFF));
-    QCOMPARE(port.write(all), qint64(all.size()));
-    QCOMPARE(m_pty.boardReadAtLeast(all.size()), all);
-    QVERIFY(m_pty.boardWrite(all));
-    QByteArray got;
-    QTRY_VERIFY((got += port.readAll()).size() >= all.size());
-    QCOMPARE(got, all);
-
-    // a change while open goes to the server at once
-    port.setBaudRate(57600);
-    QTRY_COMPARE(serverBaud(), QString("57600"));
-    QVERIFY(port.setDtr(false));
-    port.close();
-}
-
-void tst_Rfc2217Port::aRefusedConnectionFailsTheOpenWithAReason()
-{
-    // port 1 on loopback: nothing listens there without root
-    for (const QString &name : {QString("rfc2217://127.0.0.1:1"), QString("rfc2217://nohostport")}) {
-        QextSerialPort port(name);
-        QVERIFY(!port.open(QIODevice::ReadWrite));
-        QVERIFY(!port.errorString().isEmpty());
+    void thePidPagesPortOpensARemoteNameToo()
+    {
+        QtSerialPort port;
+        QSignalSpy read(&port, SIGNAL(bytesRead(QByteArray)));
+        port.open(QString("/dev/rfc2217://127.0.0.1:%1").arg(m_port), 230400, 8, 0, 0);
+        QVERIFY(port.isOpen());
+        QTRY_COMPARE(serverBaud(), QString("230400"));
+        port.writeBytes("\xff\x01");
+        QCOMPARE(m_pty.boardReadAtLeast(2), QByteArray("\xff\x01"));
+        QVERIFY(m_pty.boardWrite("\xff\x02"));
+        QTRY_COMPARE(LarkTapSpy::joined(read), QByteArray("\xff\x02"));
+        port.close();
         QVERIFY(!port.isOpen());
     }
-}
-
-void tst_Rfc2217Port::thePidPagesPortOpensARemoteNameToo()
-{
-    QtSerialPort port;
-    QSignalSpy read(&port, SIGNAL(bytesRead(QByteArray)));
-    port.open(QString("/dev/rfc2217://127.0.0.1:%1").arg(m_port), 230400, 8, 0, 0);
-    QVERIFY(port.isOpen());
-    QTRY_COMPARE(serverBaud(), QString("230400"));
-    port.writeBytes("\xff\x01");
-    QCOMPARE(m_pty.boardReadAtLeast(2), QByteArray("\xff\x01"));
-    QVERIFY(m_pty.boardWrite("\xff\x02"));
-    QVERIFY(read.wait());
-    QCOMPARE(read.at(0).at(0).toByteArray(), QByteArray("\xff\x02"));
-    port.close();
-    QVERIFY(!port.isOpen());
-}
+};
 
 LARK_TEST_GUILESS_MAIN(tst_Rfc2217Port)
 #include "tst_rfc2217port.moc"

@@ -2,7 +2,6 @@
 #include "TcpClient.h"
 #include "TcpServer.h"
 
-#include <QHostAddress>
 #include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTest>
@@ -28,17 +27,15 @@ class TstTcpServer : public QObject
         }
         // the event loop must run for the server to accept: no blocking waits here
         auto connected = [](const std::unique_ptr<QTcpSocket> &p) { return p->state() == QAbstractSocket::ConnectedState; };
-        auto allTaken = [&] { return m_server->counts() == int(m_peers.size()) && std::all_of(m_peers.begin(), m_peers.end(), connected); };
-        return QTest::qWaitFor(allTaken, 20000);
+        return QTest::qWaitFor([&] { return m_server->counts() == int(m_peers.size()) && std::all_of(m_peers.begin(), m_peers.end(), connected); }, 20000);
     }
 
     // the server-side name of a peer, found by its local port
     QString nameOf(int peer) const
     {
-        for (TcpClient *c : m_server->findChildren<TcpClient *>()) {
+        for (TcpClient *c : m_server->findChildren<TcpClient *>())
             if (c->peerPort() == m_peers[peer]->localPort())
                 return c->name();
-        }
         return QString();
     }
 
@@ -50,12 +47,7 @@ private slots:
         m_left.reset(new QSignalSpy(m_server.get(), SIGNAL(signalClientDisconnected(QString))));
     }
 
-    void cleanup()
-    {
-        m_peers.clear();
-        m_left.reset(); // before the server it watches
-        m_server.reset();
-    }
+    void cleanup() { m_peers.clear(), m_left.reset(), m_server.reset(); } // the spy goes before its server
 
     void clientsAreNamedAddressedAndDroppedAtCloseListen()
     {

@@ -21,12 +21,10 @@ private slots:
     void checksMatchTheirPublishedValues()
     {
         QFETCH(QString, name);
-        QFETCH(uint, check);
-        QFETCH(uint, empty);
         const int type = PlotChecksum::typeFromName(name);
         QVERIFY(type > 0);
-        QCOMPARE(PlotChecksum::compute(PlotChecksum::Type(type), reinterpret_cast<const uchar *>("123456789"), 9), check);
-        QCOMPARE(PlotChecksum::compute(PlotChecksum::Type(type), nullptr, 0), empty);
+        QTEST(PlotChecksum::compute(PlotChecksum::Type(type), reinterpret_cast<const uchar *>("123456789"), 9), "check");
+        QTEST(PlotChecksum::compute(PlotChecksum::Type(type), nullptr, 0), "empty");
     }
 };
 

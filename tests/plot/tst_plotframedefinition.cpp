@@ -94,16 +94,15 @@ private slots:
     void savedDefinitionsLoadBackUnchanged()
     {
         QFETCH(QString, example);
-        const QString path = QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + example);
         PlotFrameDefinition def, again;
         QString error;
-        QVERIFY2(PlotFrameDefinition::load(path, &def, &error), qPrintable(error));
+        QVERIFY2(PlotFrameDefinition::load(QDir::cleanPath(LARK_PLOT_EXAMPLES "/" + example), &def, &error),
+                 qPrintable(error));
         QTemporaryDir dir;
         QVERIFY(def.save(dir.filePath("copy.json"), &error));
         QVERIFY2(PlotFrameDefinition::load(dir.filePath("copy.json"), &again, &error), qPrintable(error));
         QCOMPARE(again.toJson(), def.toJson());
-        QVERIFY(!PlotFrameDefinition::load(dir.filePath("missing.json"), &again, &error));
-        QVERIFY(error.contains("missing.json"));
+        QVERIFY(!PlotFrameDefinition::load(dir.filePath("missing.json"), &again, &error) && error.contains("missing.json"));
         QVERIFY(!def.save(dir.filePath("no/such/folder.json"), &error));
     }
 };

@@ -18,18 +18,16 @@ struct SimProcess {
     // the first printed line that begins with prefix, less the prefix; null after 5 s
     QString waitFor(const QString &prefix)
     {
-        bool hit = false;
         QString found;
         (void)QTest::qWaitFor([&] {
             out += proc.readAllStandardOutput();
-            QStringList lines = QString::fromUtf8(out).split('\n');
-            lines.removeLast(); // not yet whole
-            for (const QString &line : qAsConst(lines))
-                if (!hit && line.startsWith(prefix))
-                    hit = true, found = line.mid(prefix.size()) + "";
-            return hit || proc.state() == QProcess::NotRunning;
+            const QStringList lines = QString::fromUtf8(out).split('\n');
+            for (int i = 0; i + 1 < lines.size() && found.isNull(); ++i) // the last is not yet whole
+                if (lines[i].startsWith(prefix))
+                    found = lines[i].mid(prefix.size()) + "";
+            return !found.isNull() || proc.state() == QProcess::NotRunning;
         }, 5000);
-        return hit ? found : QString();
+        return found;
     }
     QString ptyName() { return waitFor("larksim: pty ").section(' ', 0, 0); }
     quint16 serverPort() { return quint16(waitFor("larksim: tcp server on port ").toUInt()); }

@@ -18,14 +18,6 @@ class TstSimCamera : public QObject
 {
     Q_OBJECT
 
-    template <class T>
-    static T *child(QWidget *page, const QString &name)
-    {
-        for (T *w : page->findChildren<T *>())
-            if (w->objectName() == name || w->property("text").toString() == name)
-                return w;
-        return nullptr;
-    }
     // entry e of the register strip: 2k is row k's address, 2k + 1 its value
     static QLineEdit *field(CameraDebugWidget &page, int e)
     {
@@ -45,6 +37,7 @@ private slots:
         QTest::newRow("udp") << "udp" << QStringList();
         QTest::newRow("pty") << "pty" << QStringList();
         QTest::newRow("pty raw") << "pty" << QStringList{"--raw"};
+        QTest::newRow("page tcp server, jpeg") << "server" << QStringList{"--jpeg"};
     }
     void patternAndRegisters()
     {
@@ -52,27 +45,29 @@ private slots:
         QFETCH(QStringList, extra);
         CameraDebugWidget page;
         SimProcess sim;
-        QComboBox *links = child<QComboBox>(&page, "cbxProtocol");
+        QComboBox *links = page.findChild<QComboBox *>("cbxProtocol");
         QStringList args = QStringList{"camera", "--fps", "20", "--size", "160x120"} + extra;
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QComboBox>(&page, "cbxAddress")->setCurrentText("127.0.0.1");
+        page.findChild<QLineEdit *>("edtPort")->setText("0");
+        page.findChild<QComboBox *>("cbxAddress")->setCurrentText("127.0.0.1");
         const QString tty = QString("ttyLarkSim%1").arg(getpid());
+        for (QRadioButton *r : page.findChildren<QRadioButton *>())
+            r->setChecked(r->text() == "JPEG数据" ? extra.contains("--jpeg") : r->isChecked());
         if (link == "server" || link == "udp") {
             links->setCurrentIndex(link == "server" ? 0 : 2);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
             const quint16 port = link == "server" ? page.tcpServer()->serverPort() : page.udpSocket()->localPort();
             QVERIFY(sim.start(args << (link == "server" ? "--tcp-client" : "--udp") << QString("127.0.0.1:%1").arg(port)));
         } else if (link == "client") {
             QVERIFY(sim.start(args << "--tcp-server" << "0"));
-            child<QLineEdit>(&page, "edtPort")->setText(QString::number(sim.serverPort()));
+            page.findChild<QLineEdit *>("edtPort")->setText(QString::number(sim.serverPort()));
             links->setCurrentIndex(1);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
         } else {
             QVERIFY(sim.start(args << "--pty" << "/dev/" + tty));
             QVERIFY(!sim.ptyName().isEmpty());
             page.SltSerialportChanged({"ttyS99", tty});
             links->setCurrentIndex(4);
-            child<QPushButton>(&page, "btnOpen")->click();
+            page.findChild<QPushButton *>("btnOpen")->click();
             QVERIFY(page.serialPort()->isOpen());
         }
 
@@ -83,8 +78,9 @@ private slots:
         QCOMPARE(image.size(), QSize(160, 120));
         const QList<QRgb> bars{qRgb(255, 255, 255), qRgb(255, 255, 0), qRgb(0, 255, 255), qRgb(0, 255, 0),
                                qRgb(255, 0, 255), qRgb(255, 0, 0), qRgb(0, 0, 255), qRgb(0, 0, 0)};
-        auto near = [](QRgb a, QRgb b) {
-            return qAbs(qRed(a) - qRed(b)) < 12 && qAbs(qGreen(a) - qGreen(b)) < 12 && qAbs(qBlue(a) - qBlue(b)) < 12;
+        const int tol = extra.contains("--jpeg") ? 80 : 12; // JPEG blurs the edge of the half
+        auto near = [tol](QRgb a, QRgb b) {
+            return qAbs(qRed(a) - qRed(b)) < tol && qAbs(qGreen(a) - qGreen(b)) < tol && qAbs(qBlue(a) - qBlue(b)) < tol;
         };
         for (int k = 0; k < 8; ++k)
             for (int y : {0, 30, 59})
@@ -92,21 +88,23 @@ private slots:
         // the lower half is a grey ramp with a red square
         const QRgb low = image.pixel(5, 119);
         QVERIFY(qAbs(qRed(low) - qGreen(low)) < 8 || qGreen(low) < 12);
-        if (link == "udp") // the page's replies name no destination: no register round trip
+        // the page's UDP replies name no destination, and a JPEG stream carries no
+        // register answers: no register round trip
+        if (link == "udp" || extra.contains("--jpeg"))
             return;
 
         // write 0x12 = 0x80 from the first write row, read it back into the second read row
         field(page, 0)->setText("12");
         field(page, 1)->setText("80");
-        child<QPushButton>(&page, "btnSendReg0")->click();
+        page.findChild<QPushButton *>("btnSendReg0")->click();
         QVERIFY(!sim.waitFor("write register 0x12 = 0x80").isNull());
         field(page, 18)->setText("12");
         field(page, 19)->setText("");
-        child<QPushButton>(&page, "btnSendReg9")->click();
+        page.findChild<QPushButton *>("btnSendReg9")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 2) = 0x80").isNull());
         QTRY_COMPARE(field(page, 19)->text(), QString("80"));
 
-        child<QPushButton>(&page, "btnOpen")->click();
+        page.findChild<QPushButton *>("btnOpen")->click();
         QVERIFY(sim.stop());
         // the link it made is gone with it
         QVERIFY(!QFileInfo("/dev/" + tty).isSymLink());
@@ -122,34 +120,20 @@ private slots:
         table.write(QTextCodec::codecForName("GB18030")->fromUnicode("寄存器编号,寄存器地址,寄存器值,描述,\n1,30,5A,曝光,\n,,,,\n"));
         table.close();
         CameraDebugWidget page;
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QPushButton>(&page, "btnOpen")->click();
+        page.findChild<QLineEdit *>("edtPort")->setText("0");
+        page.findChild<QPushButton *>("btnOpen")->click();
         SimProcess sim;
         QVERIFY(sim.start({"camera", "--fps", "0", "--regs", table.fileName(), "--tcp-client",
                            QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
         QTRY_COMPARE(page.tcpServer()->counts(), 1);
         field(page, 16)->setText("30");
-        child<QPushButton>(&page, "btnSendReg8")->click();
+        page.findChild<QPushButton *>("btnSendReg8")->click();
         QTRY_COMPARE(field(page, 17)->text(), QString("5A"));
         field(page, 16)->setText("12"); // in the default map, not in the file
-        child<QPushButton>(&page, "btnSendReg8")->click();
+        page.findChild<QPushButton *>("btnSendReg8")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 1): no such register").isNull());
     }
 
-    void jpegStream()
-    {
-        CameraDebugWidget page;
-        child<QRadioButton>(&page, "JPEG数据")->setChecked(true);
-        child<QLineEdit>(&page, "edtPort")->setText("0");
-        child<QPushButton>(&page, "btnOpen")->click();
-        SimProcess sim;
-        QVERIFY(sim.start({"camera", "--jpeg", "--fps", "20", "--size", "64x48", "--tcp-client",
-                           QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
-        QTRY_VERIFY_WITH_TIMEOUT(page.frameCount() >= 2, 10000);
-        const QImage image = page.imageViewer()->pixmap(0).toImage();
-        QCOMPARE(image.size(), QSize(64, 48));
-        QVERIFY(qRed(image.pixel(52, 10)) < 40 && qBlue(image.pixel(52, 10)) > 200); // the blue bar
-    }
 };
 
 LARK_TEST_MAIN(TstSimCamera)

@@ -82,10 +82,9 @@ private slots:
     void argumentsSetTheBoardOrSayWhatIsWrong()
     {
         QFETCH(QString, args);
-        QFETCH(QString, expected);
         SimCommandLine c;
         const bool ok = c.parse(args.split(' ', Qt::SkipEmptyParts));
-        QCOMPARE(ok ? changes(c) : "!" + c.error, expected);
+        QTEST(ok ? changes(c) : "!" + c.error, "expected");
         QCOMPARE(c.help, args.contains("-h"));
     }
 
