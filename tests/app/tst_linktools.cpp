@@ -1,18 +1,26 @@
 #include "LarkPtyPair.h"
+#include "LarkSer2net.h"
 #include "LarkTest.h"
+#include "LinkTap.h"
 #include "LinkTools.h"
+#include "CameraDebugWidget.h"
 #include "CaptureWriter.h"
+#include "DeviceReopener.h"
+#include "RemoteReopener.h"
+#include "SerialSettings.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "SocketReconnector.h"
 #include "PidDebugWidget.h"
 #include "QextSerialPort.h"
+#include "QSerialPorCheck.h"
 #include "QtSerialPort.h"
 #include "SerialportWidget.h"
 #include "ToolsMenu.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStackedWidget>
@@ -21,6 +29,8 @@
 #include <QTcpSocket>
 #include <QtTest>
 
+#include <unistd.h>
+
 // The wiring the entries add on the serial pages: control lines and flow control on
 // the page's own port, opened on a socat pty through the page's reopen hook.
 class tst_LinkTools : public QObject
@@ -28,8 +38,16 @@ class tst_LinkTools : public QObject
     Q_OBJECT
     std::unique_ptr<MainWindow> m_window;
     QWidget *page(int i) const { return m_window->stackedWidget()->widget(i); }
+    QextSerialPort *port(int i) const
+    {
+        if (auto *s = qobject_cast<SerialportWidget *>(page(i)))
+            return s->serialport();
+        return qobject_cast<CameraDebugWidget *>(page(i))->serialPort();
+    }
     bool reopen(int i, const QString &path)
     {
+        if (auto *c = qobject_cast<CameraDebugWidget *>(page(i)))
+            return m_window->linkTools()->addRemotePort(i, path) && c->reopenPort(path);
         if (auto *s = qobject_cast<SerialportWidget *>(page(i)))
             return s->reopenPort(path);
         return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
@@ -52,6 +70,10 @@ private slots:
     void flowControlAppliesAtOnceAndOnTheNextOpen();
     void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
     void theFileChosenForACaptureGetsTheExtensionOfItsKind();
+    void aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect_data();
+    void aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect();
+    void aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect_data();
+    void aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect();
 };
 
 void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
@@ -146,6 +168,96 @@ void tst_LinkTools::theFileChosenForACaptureGetsTheExtensionOfItsKind()
         QVERIFY(f.open(QIODevice::ReadOnly));
         QVERIFY(f.readAll().endsWith(filter.startsWith("原始") ? "\x01" : " H 01\n"));
     }
+}
+
+void tst_LinkTools::aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("reconnect");
+    QTest::newRow("serial page, 自动重连 on") << 0 << true;
+    QTest::newRow("serial page, 自动重连 off") << 0 << false;
+    QTest::newRow("camera page's link box, 自动重连 on") << 1 << true;
+    QTest::newRow("camera page's link box, 自动重连 off") << 1 << false;
+}
+
+void tst_LinkTools::aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect()
+{
+    QFETCH(int, index);
+    QFETCH(bool, reconnect);
+    if (!LarkSer2net::isInstalled())
+        QSKIP("ser2net is not installed");
+    LarkPtyPair pty;
+    LarkSer2net server;
+    QVERIFY(pty.start());
+    QVERIFY(server.start(pty.programPath()));
+    // the port watcher would close the port too (each pty another test makes changes
+    // the count): only the page's own reaction to the ended session may act here
+    m_window->findChild<QSerialPorCheck *>()->findChild<QTimer *>()->stop();
+    m_window->linkTools()->setAutoReconnect(index, reconnect);
+    QVERIFY(reopen(index, "/dev/" + server.name()));
+    QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
+    server.stop();
+    // closed as a pulled port is, with its notice, whatever the option
+    QTRY_VERIFY(!port(index)->isOpen());
+    QCOMPARE(notices.at(0), QVariantList({SerialSettings::pulledText(), 255}));
+    QVERIFY(server.start(pty.programPath()));
+    RemoteReopener *reopener = m_window->linkTools()->remoteReopener(index);
+    if (!reconnect) {
+        QVERIFY(!reopener->isWaiting() && !port(index)->isOpen());
+        return;
+    }
+    // back with the same name and line settings, and carrying bytes
+    QTRY_VERIFY_WITH_TIMEOUT(port(index)->isOpen(), 15000);
+    QCOMPARE(port(index)->portName(), "/dev/" + server.name());
+    QSignalSpy got(qobject_cast<QtWidgetBase *>(page(index))->linkTap(), SIGNAL(received(QByteArray)));
+    QTRY_VERIFY_WITH_TIMEOUT((pty.boardWrite("back"), !got.isEmpty()), 10000);
+}
+
+void tst_LinkTools::aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect_data()
+{
+    QTest::addColumn<bool>("reconnect");
+    QTest::newRow("自动重连 on") << true;
+    QTest::newRow("自动重连 off") << false;
+}
+
+// The serial page on a link in /dev to a socat pty, as a user of virtual ports has it:
+// the port watcher sees the link go and come, and closes the open port on each change.
+void tst_LinkTools::aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect()
+{
+    QFETCH(bool, reconnect);
+    if (getuid() != 0)
+        QSKIP("links in /dev need root");
+    QTemporaryDir dir;
+    const QString name = QString("ttyLARKRE%1").arg(QCoreApplication::applicationPid());
+    const QString board = dir.filePath("board");
+    QProcess socat;
+    auto makeLink = [&] {
+        socat.start("socat", {"pty,raw,echo=0,link=/dev/" + name, "pty,raw,echo=0,link=" + board});
+        return socat.waitForStarted() && QTest::qWaitFor([&] { return QFile::exists("/dev/" + name) && QFile::exists(board); });
+    };
+    QVERIFY(makeLink());
+    auto *serial = qobject_cast<SerialportWidget *>(page(0));
+    QComboBox *box = serial->findChild<QComboBox *>("cbxPort");
+    m_window->linkTools()->setAutoReconnect(0, reconnect);
+    QTRY_VERIFY_WITH_TIMEOUT(box->findText(name) >= 0, 5000);
+    QVERIFY(serial->reopenPort("/dev/" + name));
+    socat.terminate();
+    QVERIFY(socat.waitForFinished());
+    QTRY_VERIFY_WITH_TIMEOUT(!serial->serialport()->isOpen(), 5000);
+    QVERIFY(makeLink());
+    // the watcher lists the link again: two ticks of it at most
+    QTRY_VERIFY_WITH_TIMEOUT(box->findText(name) >= 0, 5000);
+    if (!reconnect) {
+        QVERIFY(!serial->serialport()->isOpen());
+    } else {
+        QTRY_VERIFY_WITH_TIMEOUT(serial->serialport()->isOpen(), 2000);
+        QSignalSpy got(serial->linkTap(), SIGNAL(received(QByteArray)));
+        QFile out(board);
+        QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QTRY_VERIFY_WITH_TIMEOUT((out.write("again"), !got.isEmpty()), 10000);
+    }
+    socat.terminate();
+    socat.waitForFinished();
 }
 
 LARK_TEST_MAIN(tst_LinkTools)
