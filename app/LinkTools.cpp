@@ -11,6 +11,8 @@
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 #include "QtWidgetBase.h"
+#include "RemoteReopener.h"
+#include "Rfc2217Port.h"
 #include "SerialportWidget.h"
 #include "SocketReconnector.h"
 #include "ToolsMenu.h"
@@ -18,6 +20,7 @@
 #include <QActionGroup>
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
 #include <QSettings>
 #include <QStackedWidget>
@@ -68,6 +71,10 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
         l.reopener = new DeviceReopener(this);
         l.reopener->setEnabled(reconnect);
         connect(l.reopener, SIGNAL(reopenWanted(QString)), this, SLOT(SltReopen(QString)));
+        l.remote = new RemoteReopener(this);
+        l.remote->setEnabled(reconnect);
+        connect(l.remote, SIGNAL(reopenWanted(QString)), this, SLOT(SltReopen(QString)));
+        connect(l.remote, SIGNAL(retrying(QString, int)), this, SLOT(SltRemoteRetrying(QString, int)));
         connect(l.tap, SIGNAL(opened(QString)), this, SLOT(SltLinkOpened(QString)));
         connect(l.tap, SIGNAL(closed()), this, SLOT(SltLinkClosed()));
         connect(l.page, SIGNAL(signalNotify(QString, int)), this, SLOT(SltPageNotice(QString, int)));
@@ -101,6 +108,11 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
         a->setData(flow++);
         m_flowGroup->addAction(a);
     }
+    QAction *remote = m_menu->addPageAction("远程串口…", [](int, QtWidgetBase *p) {
+        return qobject_cast<CameraDebugWidget *>(p) != nullptr;
+    });
+    remote->setShortcut(QKeySequence("Ctrl+Shift+T"));
+    connect(remote, SIGNAL(triggered()), this, SLOT(SltRemotePort()));
     connect(m_actStart, SIGNAL(triggered()), this, SLOT(SltStartCapture()));
     connect(m_actStop, SIGNAL(triggered()), this, SLOT(SltStopCapture()));
     connect(m_actReconnect, SIGNAL(triggered(bool)), this, SLOT(SltAutoReconnect(bool)));
@@ -138,6 +150,11 @@ void LinkTools::notify(int page, const QString &text, int level)
     // bar listens to
     if (QtWidgetBase *w = m_links.value(page).page)
         QMetaObject::invokeMethod(w, "signalNotify", Q_ARG(QString, text), Q_ARG(int, level));
+}
+
+RemoteReopener *LinkTools::remoteReopener(int page) const
+{
+    return page >= 0 && page < m_links.size() ? m_links.at(page).remote : nullptr;
 }
 
 bool LinkTools::startCapture(int page, const QString &path, bool hex)
@@ -205,6 +222,8 @@ void LinkTools::SltRefreshIndicator()
 void LinkTools::setAutoReconnect(int page, bool on)
 {
     if (DeviceReopener *r = reopener(page))
+        r->setEnabled(on);
+    if (RemoteReopener *r = remoteReopener(page))
         r->setEnabled(on);
     if (page >= 0 && page < m_links.size() && m_links.at(page).reconnector)
         m_links.at(page).reconnector->setEnabled(on);
@@ -289,7 +308,7 @@ int LinkTools::indexOfSender() const
 {
     for (int i = 0; i < m_links.size(); ++i)
         if (m_links.at(i).tap == sender() || m_links.at(i).page == sender() || m_links.at(i).reopener == sender()
-            || m_links.at(i).reconnector == sender())
+            || m_links.at(i).reconnector == sender() || m_links.at(i).remote == sender())
             return i;
     return -1;
 }
@@ -300,8 +319,12 @@ void LinkTools::SltLinkOpened(const QString &name)
     if (i < 0)
         return;
     m_links[i].pulled = false;
-    // only devices come back by themselves; a network link has a name of its own
-    if (name.startsWith("/dev/"))
+    m_links[i].name = name;
+    // only devices come back by themselves, and remote ports by trying; a network link
+    // has a name of its own
+    if (!Rfc2217Port::remoteName(name).isEmpty())
+        m_links[i].remote->linkOpened(name);
+    else if (name.startsWith("/dev/"))
         m_links[i].reopener->linkOpened(name);
 }
 
@@ -314,8 +337,13 @@ void LinkTools::SltLinkClosed()
     // this event is done
     QTimer::singleShot(0, this, [this, i] {
         PageLinks &l = m_links[i];
-        const bool gone = l.reopener->presentPath().isEmpty();
-        l.reopener->linkClosed(l.pulled || gone);
+        if (!Rfc2217Port::remoteName(l.name).isEmpty()) {
+            // a session the server ended comes with the page's pulled notice too
+            l.remote->linkClosed(l.pulled);
+        } else {
+            const bool gone = l.reopener->presentPath().isEmpty();
+            l.reopener->linkClosed(l.pulled || gone);
+        }
         l.pulled = false;
     });
 }
@@ -341,9 +369,39 @@ void LinkTools::SltReopen(const QString &path)
     else if (auto *p = qobject_cast<PidDebugWidget *>(w))
         ok = p->reopenPort(path);
     if (ok) {
-        m_links[i].reopener->linkOpened(path);
+        if (sender() == m_links.at(i).reopener)
+            m_links.at(i).reopener->linkOpened(path);
         notify(i, QString("串口[%1]已重新连接").arg(path), 0);
+    } else if (sender() == m_links.at(i).remote)
+        m_links.at(i).remote->attemptFailed();
+}
+
+void LinkTools::SltRemoteRetrying(const QString &name, int delayMs)
+{
+    notify(indexOfSender(),
+           QString("[远程串口] %1 未连接, %2 秒后重新连接...").arg(Rfc2217Port::remoteName(name)).arg(delayMs / 1000.0), 0);
+}
+
+bool LinkTools::addRemotePort(int page, const QString &name)
+{
+    auto *camera = qobject_cast<CameraDebugWidget *>(m_pages->widget(page));
+    QString error;
+    if (!camera)
+        return false;
+    if (!camera->addRemoteLink(name, &error)) {
+        notify(page, error, 255);
+        return false;
     }
+    return true;
+}
+
+void LinkTools::SltRemotePort()
+{
+    bool ok = false;
+    const QString name = QInputDialog::getText(m_pages->window(), "远程串口", "远程串口地址 (RFC 2217, 如 ser2net):",
+                                               QLineEdit::Normal, Rfc2217Port::scheme(), &ok);
+    if (ok)
+        addRemotePort(m_menu->currentIndex(), name);
 }
 
 void LinkTools::SltReconnecting(const QString &host, quint16 port, int delayMs)

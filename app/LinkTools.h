@@ -14,10 +14,12 @@ class SocketReconnector;
 class QStackedWidget;
 class QTimer;
 class QtWidgetBase;
+class RemoteReopener;
 class ToolsMenu;
 
 // The "工具" menu entries around a page's link: continuous capture to a file,
-// reopening a serial device that came back, the modem control lines and flow control.
+// reopening a serial device that came back or a remote port whose session ended, the
+// modem control lines and flow control, a remote port in the camera page's link box.
 // Each page with a link has its own capture and reopen state, attached to its
 // LinkTap; the entries act on the page shown.
 //
@@ -33,6 +35,7 @@ public:
     static QString settingsFile();
     CaptureWriter *capture(int page) const;
     DeviceReopener *reopener(int page) const;
+    RemoteReopener *remoteReopener(int page) const;
 
     // the work behind the entries, for the page at index (the menu asks for a file
     // name first, then calls startCapture)
@@ -40,6 +43,9 @@ public:
     void setAutoReconnect(int page, bool on);
     void setControlLine(int page, bool dtr, bool on);
     void setFlowControl(int page, int flow);
+    // "rfc2217://HOST:PORT" into the camera page's link box; false (and a red notice)
+    // for a name that is none
+    bool addRemotePort(int page, const QString &name);
 
 private slots:
     void SltStartCapture();
@@ -56,6 +62,8 @@ private slots:
     void SltPageNotice(const QString &text, int level);
     void SltReopen(const QString &path);
     void SltReconnecting(const QString &host, quint16 port, int delayMs);
+    void SltRemoteRetrying(const QString &name, int delayMs);
+    void SltRemotePort();
 
 private:
     struct PageLinks {
@@ -64,6 +72,8 @@ private:
         CaptureWriter *capture = nullptr;
         DeviceReopener *reopener = nullptr;
         SocketReconnector *reconnector = nullptr;
+        RemoteReopener *remote = nullptr;
+        QString name; // of the link last opened
         bool pulled = false;
         bool dtr = true;
         bool rts = true;

@@ -24,6 +24,7 @@
 #include "LinkTools.h"
 #include "ToolsMenu.h"
 #include "AutomationWindow.h"
+#include "ScriptRuntime.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -303,10 +304,40 @@ void MainWindow::SltShowAutomation()
         // beside the other settings, in the user's folders when the program's is not its own
         const QString kept = AppPaths::confDir() + QString("/automation/page%1").arg(index);
         window->setStateFiles(kept + ".json", kept + ".js");
+        connect(window, SIGNAL(plotValue(QString, double)), this, SLOT(SltScriptPlot(QString, double)));
+        connect(window->runtime(), SIGNAL(started()), this, SLOT(SltScriptStarted()));
     }
     window->show();
     window->raise();
     window->activateWindow();
+}
+
+// A script that plots wants its curves seen: the first value of a run opens the page's
+// plot window when none is shown, so nothing is lost before the user would open it. A
+// window the user closes during the run stays closed, and the run's values are dropped
+// until he opens it again: a window that keeps coming back could not be got rid of.
+void MainWindow::SltScriptPlot(const QString &name, double value)
+{
+    auto *automation = qobject_cast<AutomationWindow *>(sender());
+    if (!automation || !automation->tap())
+        return;
+    PlotWindow *plot = PlotWindow::shownFor(automation->tap());
+    if (!plot && !automation->property("larkPlotOpened").toBool()) {
+        automation->setProperty("larkPlotOpened", true);
+        int index = 0;
+        while (index < m_stackedWidget->count()
+               && qobject_cast<QtWidgetBase *>(m_stackedWidget->widget(index))->linkTap() != automation->tap())
+            ++index;
+        plot = PlotWindow::showFor(automation->tap(), "波形绘图 - " + pageTitles().value(index));
+    }
+    if (plot)
+        plot->SltPlotValue(name, value);
+}
+
+void MainWindow::SltScriptStarted()
+{
+    if (QObject *automation = sender()->parent())
+        automation->setProperty("larkPlotOpened", false);
 }
 
 void MainWindow::closeApp()

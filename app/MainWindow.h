@@ -50,6 +50,9 @@ public slots:
     // a plot of the shown page's link, beside the page
     void SltOpenPlot();
     void SltShowAutomation();
+    // a script's plot(name, value) into its page's plot window
+    void SltScriptPlot(const QString &name, double value);
+    void SltScriptStarted();
     void closeApp();
 
 private:

@@ -1,5 +1,6 @@
 #include "ScriptRuntime.h"
 #include "ScriptHost.h"
+#include "ScriptLoopMarker.h"
 #include "ScriptWatchdog.h"
 
 #include <QJSEngine>
@@ -48,6 +49,9 @@ static const char kPrelude[] = R"JS(
             return String(v);
         }
     }
+    // the line of the loop test run last, for a call that gets interrupted
+    var loop = { line: 0 };
+    g.__larkLoop = function (line) { loop.line = line; return true; };
     var timers = {};
     function addTimer(fn, ms, repeat, args) {
         if (typeof fn !== 'function')
@@ -75,6 +79,7 @@ static const char kPrelude[] = R"JS(
     g.setInterval = function (fn, ms) { return addTimer(fn, ms, true, Array.prototype.slice.call(arguments, 2)); };
     g.clearTimeout = g.clearInterval = clearTimer;
     return {
+        loop: loop,
         fire: function (id) {
             var t = timers[id];
             if (!t)
@@ -132,10 +137,17 @@ bool ScriptRuntime::start(const QString &source, const QString &fileName)
                              .call({m_engine->newQObject(m_host), m_strFile});
     m_fire = api.property("fire");
     m_data = api.property("data");
+    m_loop = api.property("loop");
+    // loops tell their line, so that an interrupted one can be named; a source the
+    // marker misreads into one that does not compile runs as written
+    QString marked = ScriptLoopMarker::mark(source, "__larkLoop");
+    if (marked != source && m_engine->globalObject().property("Function").callAsConstructor({marked}).isError())
+        marked = source;
     emit started();
     ++m_depth;
+    m_loop.setProperty("line", 0);
     m_watchdog->arm();
-    const QJSValue result = m_engine->evaluate(source, m_strFile, 1);
+    const QJSValue result = m_engine->evaluate(marked, m_strFile, 1);
     const bool timedOut = !m_watchdog->disarm();
     --m_depth;
     // an interrupted call unwinds without a line of its own: the entry point is named
@@ -164,8 +176,10 @@ bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args, const QString &e
     // only the outermost call is timed: a script reached again from inside itself is
     // still the same call
     const bool outer = m_depth++ == 0;
-    if (outer)
+    if (outer) {
+        m_loop.setProperty("line", 0);
         m_watchdog->arm();
+    }
     const QJSValue result = fn.call(args);
     const bool timedOut = outer && !m_watchdog->disarm();
     --m_depth;
@@ -175,9 +189,14 @@ bool ScriptRuntime::call(QJSValue fn, const QJSValueList &args, const QString &e
 bool ScriptRuntime::check(const QJSValue &result, bool timedOut, const QString &entry)
 {
     if (timedOut) {
-        // the interrupted engine goes with the script; a new run gets a fresh one
-        end(QString("%1 单次运行超过 %2 ms，脚本已中断（死循环？请用 setTimeout/setInterval 代替等待）")
-                .arg(entry).arg(CallLimitMs));
+        // the interrupted engine goes with the script; a new run gets a fresh one. The
+        // loop named is the one whose test ran last in this call: the one looping, unless
+        // the time went into a single long operation after a loop had ended
+        m_engine->setInterrupted(false);
+        const int line = m_loop.property("line").toInt();
+        const QString loop = line > 0 ? QString("于 %1:%2 的循环").arg(m_strFile).arg(line) : QString();
+        end(QString("%1 单次运行超过 %2 ms，脚本已中断%3（死循环？请用 setTimeout/setInterval 代替等待）")
+                .arg(entry).arg(CallLimitMs).arg(loop));
     } else if (result.isError()) {
         end(QString("%1: %2").arg(where(result), result.toString()));
     } else if (!m_pendingEnd.isNull() && m_depth == 0) {
@@ -220,6 +239,7 @@ void ScriptRuntime::end(const QString &reason)
     m_timerEntries.clear();
     m_fire = QJSValue();
     m_data = QJSValue();
+    m_loop = QJSValue();
     if (m_watchdog)
         m_watchdog->setEnabled(false);
     QJSEngine *engine = m_engine;

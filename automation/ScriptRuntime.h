@@ -26,9 +26,10 @@ class ScriptWatchdog;
 //
 // Every call into the script (the program itself, onData, a timer) may take at most
 // CallLimitMs: a watchdog thread interrupts a longer one, and the script stops with the
-// reason and the entry point's line (the engine unwinds an interrupted call without
-// one: onData's definition, the line that set the timer, or the top level). An uncaught
-// error stops it too, with file, line and message.
+// reason, the entry point's line (onData's definition, the line that set the timer, or
+// the top level) and the line of the loop it was in: the engine unwinds an interrupted
+// call without any line, so the loops are marked to tell theirs (ScriptLoopMarker). An
+// uncaught error stops it too, with file, line and message.
 class ScriptRuntime : public QObject
 {
     Q_OBJECT
@@ -80,6 +81,7 @@ private:
     QString m_strFile;
     QJSValue m_fire;
     QJSValue m_data;
+    QJSValue m_loop; // {line}: the loop test run last in the current call
     QHash<int, QTimer *> m_timers;
     QHash<int, QString> m_timerEntries; // what a timeout names: where the timer was set
     QString m_strDataEntry;

@@ -110,6 +110,7 @@ bool QextSerialPort::openRemote()
         m_remote = new Rfc2217Port(this);
         connect(m_remote, SIGNAL(readyRead()), this, SIGNAL(readyRead()));
         connect(m_remote, SIGNAL(bytesWritten(qint64)), this, SIGNAL(bytesWritten(qint64)));
+        connect(m_remote, SIGNAL(disconnected()), this, SIGNAL(disconnected()));
     }
     m_remote->setPortName(m_portName);
     applyRemoteSettings();

@@ -93,6 +93,11 @@ public:
     // drops what waits in both directions, in the driver or on the remote server
     bool clear();
 
+signals:
+    // the remote session ended from the far side (the server went away or reset it);
+    // the port stays open for its owner to close, as a pulled device's does
+    void disconnected();
+
 protected:
     qint64 readData(char *data, qint64 maxSize) override;
     qint64 writeData(const char *data, qint64 maxSize) override;

@@ -101,6 +101,7 @@ void QtSerialPort::openRemote(const QString &portName, int baudRate, int dataBit
     if (!m_remote) {
         m_remote = new Rfc2217Port(this);
         connect(m_remote, SIGNAL(readyRead()), this, SLOT(SltReadFromSerialport()));
+        connect(m_remote, SIGNAL(disconnected()), this, SIGNAL(disconnected()));
     }
     // QSerialPort's parity values: 0 none, 2 even, 3 odd, 4 space, 5 mark
     quint8 p = TelnetComPort::ParityNone;

@@ -38,6 +38,8 @@ public slots:
 
 signals:
     void bytesRead(QByteArray byData);
+    // the remote session ended from the far side; isOpen() is false from then on
+    void disconnected();
 
 private:
     void openRemote(const QString &portName, int baudRate, int dataBits, int stopBits, int parity);

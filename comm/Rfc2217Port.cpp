@@ -26,21 +26,29 @@ QString Rfc2217Port::remoteName(const QString &portName)
     return portName.mid(at);
 }
 
+bool Rfc2217Port::parseName(const QString &portName, QString *host, quint16 *port)
+{
+    const QString name = remoteName(portName);
+    const QString hostPort = name.mid(scheme().size());
+    const int colon = hostPort.lastIndexOf(':');
+    bool ok = false;
+    *port = colon > 0 && !name.isEmpty() ? hostPort.mid(colon + 1).toUShort(&ok) : 0;
+    *host = hostPort.left(colon);
+    if (host->startsWith('[') && host->endsWith(']'))
+        *host = host->mid(1, host->size() - 2);
+    return ok && *port != 0 && !host->isEmpty();
+}
+
 bool Rfc2217Port::open(OpenMode mode)
 {
     if (isOpen() || mode == NotOpen)
         return false;
-    const QString hostPort = remoteName(m_name).mid(scheme().size());
-    const int colon = hostPort.lastIndexOf(':');
-    bool ok = false;
-    const quint16 port = colon > 0 ? hostPort.mid(colon + 1).toUShort(&ok) : 0;
-    if (!ok || port == 0) {
+    QString host;
+    quint16 port = 0;
+    if (!parseName(m_name, &host, &port)) {
         setErrorString(QStringLiteral("远程串口地址应为 rfc2217://主机:端口"));
         return false;
     }
-    QString host = hostPort.left(colon);
-    if (host.startsWith('[') && host.endsWith(']'))
-        host = host.mid(1, host.size() - 2);
     m_telnet = TelnetComPort();
     m_buffer.clear();
     m_confirmedBaud = 0;

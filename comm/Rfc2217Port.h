@@ -29,6 +29,8 @@ public:
     // the remote name inside a serial page's path ("/dev/" + box text), or an empty
     // string when the name is a local device
     static QString remoteName(const QString &portName);
+    // host and port of a remote name; false when it names no usable host and port
+    static bool parseName(const QString &portName, QString *host, quint16 *port);
 
     void setPortName(const QString &name) { m_name = name; }
     QString portName() const { return m_name; }

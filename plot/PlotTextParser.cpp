@@ -186,6 +186,12 @@ int PlotTextParser::channelFor(const char *b, const char *e)
     return index;
 }
 
+int PlotTextParser::channelNamed(const QString &name)
+{
+    const QByteArray key = m_codec ? m_codec->fromUnicode(name) : name.toUtf8();
+    return channelFor(key.constData(), key.constData() + key.size());
+}
+
 int PlotTextParser::positional(int index)
 {
     if (index < m_positional.size())

@@ -36,6 +36,9 @@ public:
     void feed(const QByteArray &bytes, PlotBatch &out);
     // the channel names, in the order channels were first seen, MaxNames at most
     const QStringList &names() const { return m_names; }
+    // the channel of a name that comes from elsewhere than the line (a script's plot),
+    // made as a "name:value" field of a line would make it
+    int channelNamed(const QString &name);
     qint64 goodLines() const { return m_nGood; }
     qint64 badLines() const { return m_nBad; }
     void reset();

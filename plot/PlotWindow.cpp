@@ -80,6 +80,12 @@ PlotWindow::PlotWindow(LinkTap *tap, const QString &title, QWidget *parent)
 
 PlotWindow::~PlotWindow() = default;
 
+PlotWindow *PlotWindow::shownFor(LinkTap *tap)
+{
+    PlotWindow *window = windowsOfTaps().value(tap);
+    return window && window->isVisible() ? window : nullptr;
+}
+
 PlotWindow *PlotWindow::showFor(LinkTap *tap, const QString &title)
 {
     QPointer<PlotWindow> &window = windowsOfTaps()[tap];
@@ -282,11 +288,16 @@ void PlotWindow::parse(const QByteArray &bytes)
             m_textParser.setCodec(QTextCodec::codecForName(MyApp::getTextCodec()));
         }
         m_textParser.feed(bytes, m_batch);
-        if (m_textParser.names().size() != m_store.names().size())
-            m_store.setNames(m_textParser.names());
     } else {
         m_frameParser.feed(bytes, m_batch);
     }
+    recordBatch();
+}
+
+void PlotWindow::recordBatch()
+{
+    if (m_mode == TextLines && m_textParser.names().size() != m_store.names().size())
+        m_store.setNames(m_textParser.names());
     if (m_batch.records() > 0) {
         // the records of one read arrived together but were sent one after another:
         // they are spread over the time since the previous read, at most MaxSpread
@@ -298,6 +309,27 @@ void PlotWindow::parse(const QByteArray &bytes)
     // counts change even when no record came (garbage, bad lines)
     if (!m_timerRedraw->isActive())
         m_timerRedraw->start();
+}
+
+void PlotWindow::SltPlotValue(const QString &name, double value)
+{
+    int channel;
+    if (m_mode == TextLines) {
+        // the same list as the lines' names: "temp:25" from the board and plot("temp")
+        // from a script are one curve
+        channel = m_textParser.channelNamed(name);
+    } else {
+        // after the frame's own channels, for as long as the recording lasts
+        QStringList names = m_store.names();
+        channel = names.indexOf(name);
+        if (channel < 0) {
+            channel = names.size();
+            m_store.setNames(names << name);
+        }
+    }
+    m_batch.add(channel, value);
+    m_batch.endRecord();
+    recordBatch();
 }
 
 void PlotWindow::SltRedraw()

@@ -45,6 +45,8 @@ public:
 
     // the one window of that tap, made on first use and raised after
     static PlotWindow *showFor(LinkTap *tap, const QString &title);
+    // that window while it is shown, else nullptr
+    static PlotWindow *shownFor(LinkTap *tap);
 
     void setMode(Mode mode);
     Mode mode() const { return m_mode; }
@@ -69,6 +71,9 @@ public:
 public slots:
     void SltReceived(const QByteArray &bytes);
     void SltClear();
+    // one value of a named channel from outside the link (a script's plot), recorded
+    // as a record of its own at the time it comes
+    void SltPlotValue(const QString &name, double value);
 
 private slots:
     void SltRedraw();
@@ -98,6 +103,8 @@ private:
     void applyXAxis();
     void applyYAxis();
     void restartRecording();
+    // the records of m_batch into the store, now
+    void recordBatch();
     static QString savedDefinitionPath();
 
     QPointer<LinkTap> m_tap;

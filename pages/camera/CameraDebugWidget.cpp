@@ -1,4 +1,5 @@
 #include "CameraDebugWidget.h"
+#include "Rfc2217Port.h"
 
 #include <QHash>
 
@@ -245,6 +246,7 @@ void CameraDebugWidget::InitLinks()
 
     m_serialPort = new QextSerialPort(QextSerialPort::EventDriven);
     connect(m_serialPort, SIGNAL(readyRead()), this, SLOT(SltRecvSerialportData()));
+    connect(m_serialPort, SIGNAL(disconnected()), this, SLOT(SltSerialportLost()));
 
     m_links = NetLinkSet(m_tcpServer, m_tcpClient, m_udpSocket);
 }
@@ -610,11 +612,13 @@ void CameraDebugWidget::OpenSerialport()
 {
     QRegExp rx("(tty\\w+)", Qt::CaseSensitive);
     const QString text = m_cbxProtocol->currentText();
-    if (rx.indexIn(text) < 0) {
+    // a remote port goes by the path the serial page gives it, "/dev/" + its name
+    const QString remote = Rfc2217Port::remoteName(text.mid(text.indexOf(Rfc2217Port::scheme())));
+    if (remote.isEmpty() && rx.indexIn(text) < 0) {
         emit signalNotify(SerialSettings::failedText(text), 255);
         return;
     }
-    const QString name = "/dev/" + rx.cap(1);
+    const QString name = "/dev/" + (remote.isEmpty() ? rx.cap(1) : remote);
     if (!m_serialForm->settings(name).open(m_serialPort)) {
         emit signalNotify(SerialSettings::failedText(name), 255);
         return;
@@ -642,6 +646,8 @@ void CameraDebugWidget::SltSerialportChanged(const QStringList &serialports)
     m_cbxProtocol->addItems({"TCP Server", "TCP Client", "UDP"});
     for (const QString &name : serialports)
         m_cbxProtocol->addItem("串口    " + name);
+    for (const QString &name : qAsConst(m_remoteLinks))
+        m_cbxProtocol->addItem("串口    " + name);
     if (index < 3)
         m_cbxProtocol->setCurrentIndex(index);
     if (!m_serialPort->isOpen())
@@ -653,6 +659,33 @@ void CameraDebugWidget::SltSerialportChanged(const QStringList &serialports)
         return;
     }
     m_cbxProtocol->setCurrentText("串口    " + m_serialPort->portName());
+}
+
+bool CameraDebugWidget::addRemoteLink(const QString &name, QString *error)
+{
+    const QString remote = Rfc2217Port::remoteName(name.trimmed());
+    QString host;
+    quint16 port = 0;
+    if (!Rfc2217Port::parseName(remote, &host, &port)) {
+        if (error)
+            *error = QString("远程串口地址应为 rfc2217://主机:端口: %1").arg(name);
+        return false;
+    }
+    if (!m_remoteLinks.contains(remote)) {
+        m_remoteLinks << remote;
+        m_cbxProtocol->addItem("串口    " + remote);
+    }
+    if (m_cbxProtocol->isEnabled())
+        m_cbxProtocol->setCurrentIndex(m_cbxProtocol->findText("串口    " + remote));
+    return true;
+}
+
+void CameraDebugWidget::SltSerialportLost()
+{
+    if (!m_serialPort->isOpen())
+        return;
+    CloseSerialport();
+    emit signalNotify(SerialSettings::pulledText(), 255);
 }
 
 // ---- register strip ----

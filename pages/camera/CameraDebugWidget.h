@@ -67,12 +67,17 @@ public:
     // opens the port at path ("/dev/…") with the settings the page shows, as its open
     // button would; true when the port is open afterwards
     bool reopenPort(const QString &path);
+    // a remote port ("rfc2217://HOST:PORT") in the link box, after the ports and kept
+    // there for the program's run; false, with the reason, for a name that is none
+    bool addRemoteLink(const QString &name, QString *error = nullptr);
     const s_img_format &imageFormat(int slot) const { return m_imgFormat[slot & 1]; }
     quint32 frameCount() const { return m_nFrameCount; }
     qint64 recvBytes() const { return m_nRecvBytes; }
 
 public slots:
     void SltSerialportChanged(const QStringList &serialports);
+    // a remote port whose session ended: closed as a pulled port is, with its notice
+    void SltSerialportLost();
     void SltChangeProtocol(int index);
     void SltRecvImageData(const QString &name, const QByteArray &byData);
     void SltRecvSerialportData();
@@ -114,6 +119,7 @@ private:
     QComboBox *m_cbxAddress;
     QLineEdit *m_edtPort;
     QtSerialPortForm *m_serialForm;
+    QStringList m_remoteLinks; // the remote ports added to the link box, by name
     QComboBox *m_cbxBaudrate;
     QComboBox *m_cbxParity;
     QComboBox *m_cbxDataBits;

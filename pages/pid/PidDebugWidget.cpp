@@ -248,6 +248,7 @@ void PidDebugWidget::InitSerialPortConfig()
 {
     m_serialPort = new QtSerialPort;
     connect(m_serialPort, SIGNAL(bytesRead(QByteArray)), this, SLOT(SltRecvFromSerialport(QByteArray)));
+    connect(m_serialPort, SIGNAL(disconnected()), this, SLOT(SltSerialportLost()));
 }
 
 void PidDebugWidget::SetLineEditInputFloat(QLineEdit *edit)
@@ -408,6 +409,12 @@ void PidDebugWidget::CloseSerialport()
     }
     m_serialPort->close();
     m_portForm->showClosed();
+}
+
+void PidDebugWidget::SltSerialportLost()
+{
+    CloseSerialport();
+    emit signalNotify(SerialSettings::pulledText(), 255);
 }
 
 void PidDebugWidget::SltSerialportChanged(const QStringList &ports)

@@ -59,6 +59,8 @@ public slots:
 
 private slots:
     void SltOpenSerialport();
+    // a remote port whose session ended: closed as a pulled port is, with its notice
+    void SltSerialportLost();
     void SltRecvFromSerialport(const QByteArray &data);
     void SltPlotMoveEvent(QMouseEvent *event);
     void SltComboPidChanged(int index);

@@ -129,6 +129,7 @@ void SerialportWidget::InitWidget()
 
     connect(m_recvTimer, SIGNAL(timeout()), this, SLOT(SltRecvFromSerialport()));
     connect(m_serialport, SIGNAL(readyRead()), this, SLOT(SltRecvFromSerialport()));
+    connect(m_serialport, SIGNAL(disconnected()), this, SLOT(SltSerialportLost()));
     connect(m_sendBox, SIGNAL(signalSendData(QByteArray)), this, SLOT(SltWriteDataToSerialport(QByteArray)));
 }
 
@@ -153,6 +154,14 @@ void SerialportWidget::SltSerialportChanged(const QStringList &serialports)
         m_cbxPort->setCurrentText(name);
         return;
     }
+    CloseSerialport();
+    emit signalNotify(SerialSettings::pulledText(), 255);
+}
+
+void SerialportWidget::SltSerialportLost()
+{
+    if (!m_serialport->isOpen())
+        return;
     CloseSerialport();
     emit signalNotify(SerialSettings::pulledText(), 255);
 }

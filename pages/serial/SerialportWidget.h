@@ -66,6 +66,8 @@ public:
 
 public slots:
     void SltSerialportChanged(const QStringList &serialports);
+    // a remote port whose session ended: closed as a pulled port is, with its notice
+    void SltSerialportLost();
     void clearRecv();
     void SltOpenSerialport();
     void SltWriteDataToSerialport(QByteArray byCmd);

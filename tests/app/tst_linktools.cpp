@@ -1,18 +1,25 @@
 #include "LarkPtyPair.h"
+#include "LarkSer2net.h"
 #include "LarkTest.h"
+#include "LinkTap.h"
 #include "LinkTools.h"
+#include "CameraDebugWidget.h"
 #include "CaptureWriter.h"
+#include "RemoteReopener.h"
+#include "SerialSettings.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "SocketReconnector.h"
 #include "PidDebugWidget.h"
 #include "QextSerialPort.h"
+#include "QSerialPorCheck.h"
 #include "QtSerialPort.h"
 #include "SerialportWidget.h"
 #include "ToolsMenu.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStackedWidget>
@@ -21,6 +28,8 @@
 #include <QTcpSocket>
 #include <QtTest>
 
+#include <unistd.h>
+
 // The wiring the entries add on the serial pages: control lines and flow control on
 // the page's own port, opened on a socat pty through the page's reopen hook.
 class tst_LinkTools : public QObject
@@ -28,8 +37,11 @@ class tst_LinkTools : public QObject
     Q_OBJECT
     std::unique_ptr<MainWindow> m_window;
     QWidget *page(int i) const { return m_window->stackedWidget()->widget(i); }
+    LinkTap *tap(int i) const { return static_cast<QtWidgetBase *>(page(i))->linkTap(); }
     bool reopen(int i, const QString &path)
     {
+        if (auto *c = qobject_cast<CameraDebugWidget *>(page(i)))
+            return m_window->linkTools()->addRemotePort(i, path) && c->reopenPort(path);
         if (auto *s = qobject_cast<SerialportWidget *>(page(i)))
             return s->reopenPort(path);
         return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
@@ -52,6 +64,10 @@ private slots:
     void flowControlAppliesAtOnceAndOnTheNextOpen();
     void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
     void theFileChosenForACaptureGetsTheExtensionOfItsKind();
+    void aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect_data();
+    void aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect();
+    void aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect_data();
+    void aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect();
 };
 
 void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
@@ -146,6 +162,84 @@ void tst_LinkTools::theFileChosenForACaptureGetsTheExtensionOfItsKind()
         QVERIFY(f.open(QIODevice::ReadOnly));
         QVERIFY(f.readAll().endsWith(filter.startsWith("原始") ? "\x01" : " H 01\n"));
     }
+}
+
+void tst_LinkTools::aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("reconnect");
+    for (int index : {0, 1, 3})
+        for (bool on : {true, false})
+            QTest::addRow("page %d, 自动重连 %s", index, on ? "on" : "off") << index << on;
+}
+
+void tst_LinkTools::aRemotePortWhoseServerWentAwayComesBackOnlyWithAutoReconnect()
+{
+    QFETCH(int, index);
+    QFETCH(bool, reconnect);
+    LarkPtyPair pty;
+    LarkSer2net server;
+    if (!LarkSer2net::isInstalled())
+        QSKIP("ser2net is not installed");
+    QVERIFY(pty.start() && server.start(pty.programPath()));
+    // only the page's own reaction to the ended session may close the port here: the
+    // watcher closes it on any pty another test makes
+    m_window->findChild<QSerialPorCheck *>()->findChild<QTimer *>()->stop();
+    m_window->linkTools()->setAutoReconnect(index, reconnect);
+    QVERIFY(reopen(index, "/dev/" + server.name()));
+    QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
+    server.stop();
+    QTRY_VERIFY(!notices.isEmpty());
+    QCOMPARE(notices.at(0), QVariantList({SerialSettings::pulledText(), 255}));
+    QVERIFY(!tap(index)->isOpen());
+    QCoreApplication::processEvents(); // the tools decide once the close is done
+    QCOMPARE(m_window->linkTools()->remoteReopener(index)->isWaiting(), reconnect);
+    QVERIFY(server.start(pty.programPath()));
+    if (reconnect) {
+        QSignalSpy got(tap(index), SIGNAL(received(QByteArray)));
+        QTRY_VERIFY_WITH_TIMEOUT((pty.boardWrite("back"), !got.isEmpty()), 15000);
+    }
+}
+
+void tst_LinkTools::aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect_data()
+{
+    QTest::addColumn<bool>("reconnect");
+    QTest::newRow("自动重连 on") << true;
+    QTest::newRow("自动重连 off") << false;
+}
+
+// a link in /dev to a socat pty, which the port watcher lists: it closes the open port
+// when the link goes and again when it comes back
+void tst_LinkTools::aPtyLinkRemovedAndMadeAgainIsReopenedOnlyWithAutoReconnect()
+{
+    QFETCH(bool, reconnect);
+    if (getuid() != 0)
+        QSKIP("links in /dev need root");
+    QTemporaryDir dir;
+    const QString name = QString("ttyLARKRE%1").arg(QCoreApplication::applicationPid());
+    QProcess socat;
+    auto makeLink = [&] {
+        socat.start("socat", {"pty,raw,echo=0,link=/dev/" + name, "pty,raw,echo=0,link=" + dir.filePath("board")});
+        return socat.waitForStarted() && QTest::qWaitFor([&] { return QFile::exists(dir.filePath("board")); });
+    };
+    auto *serial = qobject_cast<SerialportWidget *>(page(0));
+    auto *box = serial->findChild<QComboBox *>("cbxPort");
+    m_window->linkTools()->setAutoReconnect(0, reconnect);
+    QVERIFY(makeLink());
+    QVERIFY(serial->reopenPort("/dev/" + name));
+    socat.terminate();
+    QVERIFY(socat.waitForFinished());
+    QTRY_VERIFY(!tap(0)->isOpen());
+    QVERIFY(makeLink());
+    // listed again: the watcher has seen it back, two ticks at most
+    QTRY_VERIFY(box->findText(name) >= 0);
+    QTRY_COMPARE_WITH_TIMEOUT(tap(0)->isOpen(), reconnect, 2000);
+    QSignalSpy got(tap(0), SIGNAL(received(QByteArray)));
+    QFile board(dir.filePath("board"));
+    QVERIFY(board.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QTRY_VERIFY((board.write("again"), got.isEmpty() != reconnect));
+    socat.terminate();
+    socat.waitForFinished();
 }
 
 LARK_TEST_MAIN(tst_LinkTools)

@@ -8,6 +8,7 @@
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "PlotWindow.h"
+#include "ScriptRuntime.h"
 
 #include "QHexEdit.h"
 #include "QtCountLabel.h"
@@ -280,6 +281,28 @@ private slots:
         // close confirmation, no hiding: the process just ends
         QCOMPARE(QApplication::exec(), 0);
         QVERIFY(m_window->isVisible());
+    }
+
+    void aScriptsPlotValuesReachThePagesPlotWindow_data()
+    {
+        QTest::addColumn<bool>("openedBefore");
+        QTest::newRow("window opened before the script runs") << true;
+        QTest::newRow("window opened by the script's first value") << false;
+    }
+
+    void aScriptsPlotValuesReachThePagesPlotWindow()
+    {
+        QFETCH(bool, openedBefore);
+        QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(2), Qt::LeftButton);
+        if (openedBefore)
+            action("波形绘图…")->trigger();
+        action("自动应答与脚本…")->trigger();
+        auto *automation = m_window->findChild<AutomationWindow *>();
+        QVERIFY(automation->runtime()->start("for (var i = 1; i <= 5; ++i) plot('t', i);", "t.js"));
+        PlotWindow *plot = PlotWindow::shownFor(page(2)->linkTap());
+        QVERIFY(plot && plot->store().names() == QStringList({"t"}));
+        QCOMPARE(plot->store().column(0), QVector<double>({1, 2, 3, 4, 5}));
+        plot->close();
     }
 };
 

@@ -112,6 +112,32 @@ private slots:
         m_rig->boardWrite("echo");
         QCOMPARE(m_rig->boardReadAtLeast(4), QByteArray("echo"));
     }
+
+    void anInterruptedScriptNamesTheLineOfItsLoop_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("loop");
+        QTest::newRow("for in onData") << "var n = 0;\nfunction onData(b) {\n    for (;;) {}\n}\n" << "test.js:3";
+        QTest::newRow("the inner of two, at the top")
+            << "var i, j;\nfor (i = 0; i < 3; ++i) {\n    j = 0;\n    while (j < 10) { if (i == 1) continue; ++j; }\n}\n"
+            << "test.js:4";
+        QTest::newRow("do-while in a timer, after text, a comment and a regex holding loop words")
+            << "var s = 'while (x)', t = `for (;;) ${s}`; // while (\nvar r = /for\\(/;\nsetTimeout(function () {\n"
+               "    do { s += ''; } while (r.test('for('));\n}, 0);\n"
+            << "test.js:4";
+    }
+
+    void anInterruptedScriptNamesTheLineOfItsLoop()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, loop);
+        QSignalSpy finished(m_runtime, SIGNAL(finished(QString)));
+        if (m_runtime->start(source, "test.js"))
+            m_rig->boardWrite("loop");
+        QTRY_COMPARE(finished.count(), 1);
+        const QString reason = finished.at(0).at(0).toString();
+        QVERIFY2(reason.contains(QString("中断于 %1 的循环").arg(loop)), qPrintable(reason));
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstScriptRuntime)

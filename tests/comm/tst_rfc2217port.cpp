@@ -1,12 +1,11 @@
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
+#include "LarkSer2net.h"
 #include "LarkTestCore.h"
 #include "PtyLine.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 
-#include <QTcpServer>
-#include <QTemporaryDir>
 #include <QtTest>
 
 // A real ser2net with a telnet(rfc2217) accepter in front of one end of a socat pty
@@ -15,8 +14,7 @@ class tst_Rfc2217Port : public QObject
 {
     Q_OBJECT
     LarkPtyPair m_pty;
-    QTemporaryDir m_dir;
-    QProcess m_ser2net;
+    LarkSer2net m_ser2net;
     quint16 m_port = 0;
 
     QString serverBaud() { return ptyLine(m_pty.programPath()); }
@@ -24,32 +22,13 @@ class tst_Rfc2217Port : public QObject
 private slots:
     void initTestCase()
     {
-        if (QStandardPaths::findExecutable("ser2net").isEmpty())
+        if (!LarkSer2net::isInstalled())
             QSKIP("ser2net is not installed");
         QVERIFY(m_pty.start());
-        QTcpServer probe;
-        QVERIFY(probe.listen(QHostAddress::LocalHost));
-        m_port = probe.serverPort();
-        probe.close();
-        QFile conf(m_dir.filePath("ser2net.yaml"));
-        QVERIFY(conf.open(QIODevice::WriteOnly));
-        conf.write(QString("connection: &remote\n"
-                           "  accepter: telnet(rfc2217),tcp,localhost,%1\n"
-                           "  connector: serialdev,%2,9600n81,local\n"
-                           "  options:\n    kickolduser: true\n")
-                       .arg(m_port).arg(m_pty.programPath()).toUtf8());
-        conf.close();
-        m_ser2net.setProcessChannelMode(QProcess::ForwardedChannels);
-        m_ser2net.start("ser2net", {"-n", "-d", "-c", conf.fileName(), "-P", m_dir.filePath("pid")});
-        QVERIFY(m_ser2net.waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [this] { QTcpSocket s; s.connectToHost("127.0.0.1", m_port); return s.waitForConnected(200); }(), 10000);
+        QVERIFY(m_ser2net.start(m_pty.programPath()));
+        m_port = m_ser2net.port();
     }
-    void cleanupTestCase()
-    {
-        m_ser2net.terminate();
-        m_ser2net.waitForFinished(3000);
-    }
+    void cleanupTestCase() { m_ser2net.stop(); }
 
     void bytesCrossBothWaysAndTheBaudReachesTheServersPort_data()
     {
