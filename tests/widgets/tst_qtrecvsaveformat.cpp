@@ -3,8 +3,6 @@
 #include "QtRecvSaveFormat.h"
 
 #include <QDialog>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QWidget>
 #include <QtTest>
 
@@ -30,9 +28,8 @@ private slots:
         QFETCH(QString, fileName);
         QFETCH(int, codec);
         QFETCH(QString, view);
-        QFETCH(QByteArray, bytes);
         MyApp::m_nTextCodecIndex = codec;
-        QCOMPARE(QtRecvSaveFormat::saveBytes(fileName, view), bytes);
+        QTEST(QtRecvSaveFormat::saveBytes(fileName, view), "bytes");
     }
 
     // the name chosen in the real dialog, completed with the chosen filter's suffix;
@@ -43,9 +40,7 @@ private slots:
         QWidget parent;
         LarkTest::answerNextFileDialog(dir.filePath("received"), "*.bin");
         QCOMPARE(QtRecvSaveFormat::save(&parent, "41 42 43"), QtRecvSaveFormat::Notice("文件保存完成!", 0));
-        QFile bin(dir.filePath("received.bin"));
-        QVERIFY(bin.open(QIODevice::ReadOnly));
-        QCOMPARE(bin.readAll(), QByteArray("ABC"));
+        QCOMPARE(LarkTest::readFile(dir.filePath("received.bin")), QByteArray("ABC"));
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString()), QtRecvSaveFormat::Notice());
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString(), dir.filePath("empty.txt")), QtRecvSaveFormat::Notice());
         QVERIFY(!QFile::exists(dir.filePath("empty.txt")));
