@@ -5,18 +5,12 @@
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
-#include "SocketReconnector.h"
 #include "PidDebugWidget.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 #include "SerialportWidget.h"
-#include "ToolsMenu.h"
 
-#include <QAction>
-#include <QProcess>
-#include <QSignalSpy>
 #include <QStackedWidget>
-#include <QTemporaryDir>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -34,6 +28,13 @@ class tst_LinkTools : public QObject
             return s->reopenPort(path);
         return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
     }
+    static QString stty(const QString &path)
+    {
+        QProcess p;
+        p.start("stty", {"-F", path, "-a"});
+        p.waitForFinished();
+        return QString::fromLatin1(p.readAllStandardOutput());
+    }
 
 private slots:
     void init()
@@ -46,107 +47,78 @@ private slots:
         m_window.reset();
         LarkTest::cleanAppDirs();
     }
-    void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data();
-    void modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen();
-    void flowControlAppliesAtOnceAndOnTheNextOpen_data();
-    void flowControlAppliesAtOnceAndOnTheNextOpen();
-    void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer();
-    void theFileChosenForACaptureGetsTheExtensionOfItsKind();
+
+    void modemLinesSaySoOnAPseudoTerminalAndFlowControlAppliesAtOnceAndOnTheNextOpen_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("serial page") << 0;
+        QTest::newRow("PID page") << 3;
+    }
+
+    void modemLinesSaySoOnAPseudoTerminalAndFlowControlAppliesAtOnceAndOnTheNextOpen()
+    {
+        QFETCH(int, index);
+        LarkPtyPair pty;
+        QVERIFY(pty.start());
+        // chosen while closed: the open applies it
+        m_window->linkTools()->setFlowControl(index, 1);
+        QVERIFY(reopen(index, pty.programPath()));
+        QVERIFY(stty(pty.programPath()).contains(" crtscts"));
+        // changed while open: at once
+        m_window->linkTools()->setFlowControl(index, 2);
+        const QString now = stty(pty.programPath());
+        QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
+        QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
+        m_window->linkTools()->setControlLine(index, true, false);
+        m_window->linkTools()->setControlLine(index, false, true);
+        QCOMPARE(notices.size(), 2);
+        for (const QList<QVariant> &n : notices) {
+            QVERIFY2(n.at(0).toString().contains("不支持控制线"), qPrintable(n.at(0).toString()));
+            QCOMPARE(n.at(1).toInt(), 255);
+        }
+        // the port still carries bytes
+        QVERIFY(pty.boardWrite("still here"));
+        if (auto *s = qobject_cast<SerialportWidget *>(page(index)))
+            QVERIFY(s->serialport()->isOpen());
+        else
+            QVERIFY(qobject_cast<PidDebugWidget *>(page(index))->serialPort()->isOpen());
+    }
+
+    void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer()
+    {
+        m_window->linkTools()->setAutoReconnect(2, true);
+        // the option lives in a file of its own and comes back with the window
+        QVERIFY(QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/2").toBool());
+        QVERIFY(!QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/0").toBool());
+        m_window.reset();
+        m_window.reset(new MainWindow);
+        QTcpServer probe;
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        const quint16 port = probe.serverPort();
+        probe.close();
+        QTcpSocket *client = qobject_cast<NetworkToolWidget *>(page(2))->tcpSocket();
+        client->connectToHost("127.0.0.1", port);
+        QTRY_COMPARE(client->state(), QAbstractSocket::UnconnectedState);
+        QTcpServer late;
+        QVERIFY(late.listen(QHostAddress::LocalHost, port));
+        QTRY_COMPARE_WITH_TIMEOUT(client->state(), QAbstractSocket::ConnectedState, 5000);
+    }
+
+    void theFileChosenForACaptureGetsTheExtensionOfItsKind()
+    {
+        QTemporaryDir dir;
+        for (const QString &filter : {QString("原始数据 (*.bin)"), QString("十六进制记录 (*.log)")}) {
+            LarkTest::answerNextFileDialog(dir.filePath("session"), filter);
+            QMetaObject::invokeMethod(m_window->linkTools(), "SltStartCapture");
+            CaptureWriter *writer = m_window->linkTools()->capture(0);
+            QVERIFY(writer->isRunning());
+            QCOMPARE(writer->currentPath(), dir.filePath(filter.startsWith("原始") ? "session.bin" : "session.log"));
+            writer->SltReceived("\x01");
+            writer->stop();
+            QVERIFY(LarkTest::readFile(writer->currentPath()).endsWith(filter.startsWith("原始") ? "\x01" : " H 01\n"));
+        }
+    }
 };
-
-void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::newRow("serial page") << 0;
-    QTest::newRow("PID page") << 3;
-}
-
-void tst_LinkTools::modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen()
-{
-    QFETCH(int, index);
-    LarkPtyPair pty;
-    QVERIFY(pty.start());
-    QVERIFY(reopen(index, pty.programPath()));
-    QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
-    m_window->linkTools()->setControlLine(index, true, false);
-    m_window->linkTools()->setControlLine(index, false, true);
-    QCOMPARE(notices.size(), 2);
-    for (const QList<QVariant> &n : notices) {
-        QVERIFY2(n.at(0).toString().contains("不支持控制线"), qPrintable(n.at(0).toString()));
-        QCOMPARE(n.at(1).toInt(), 255);
-    }
-    // the port still carries bytes
-    QVERIFY(pty.boardWrite("still here"));
-    if (auto *s = qobject_cast<SerialportWidget *>(page(index)))
-        QVERIFY(s->serialport()->isOpen());
-    else
-        QVERIFY(qobject_cast<PidDebugWidget *>(page(index))->serialPort()->isOpen());
-}
-
-static QString stty(const QString &path)
-{
-    QProcess p;
-    p.start("stty", {"-F", path, "-a"});
-    p.waitForFinished();
-    return QString::fromLatin1(p.readAllStandardOutput());
-}
-
-void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen_data()
-{
-    modemLinesOnAPseudoTerminalSaySoAndKeepThePortOpen_data();
-}
-
-void tst_LinkTools::flowControlAppliesAtOnceAndOnTheNextOpen()
-{
-    QFETCH(int, index);
-    LarkPtyPair pty;
-    QVERIFY(pty.start());
-    // chosen while closed: the open applies it
-    m_window->linkTools()->setFlowControl(index, 1);
-    QVERIFY(reopen(index, pty.programPath()));
-    QVERIFY(stty(pty.programPath()).contains(" crtscts"));
-    // changed while open: at once
-    m_window->linkTools()->setFlowControl(index, 2);
-    const QString now = stty(pty.programPath());
-    QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
-}
-
-void tst_LinkTools::autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer()
-{
-    m_window->linkTools()->setAutoReconnect(2, true);
-    // the option lives in a file of its own and comes back with the window
-    QVERIFY(QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/2").toBool());
-    QVERIFY(!QSettings(LinkTools::settingsFile(), QSettings::IniFormat).value("AutoReconnect/0").toBool());
-    m_window.reset();
-    m_window.reset(new MainWindow);
-    QTcpServer probe;
-    QVERIFY(probe.listen(QHostAddress::LocalHost));
-    const quint16 port = probe.serverPort();
-    probe.close();
-    QTcpSocket *client = qobject_cast<NetworkToolWidget *>(page(2))->tcpSocket();
-    client->connectToHost("127.0.0.1", port);
-    QTRY_COMPARE(client->state(), QAbstractSocket::UnconnectedState);
-    QTcpServer late;
-    QVERIFY(late.listen(QHostAddress::LocalHost, port));
-    QTRY_COMPARE_WITH_TIMEOUT(client->state(), QAbstractSocket::ConnectedState, 5000);
-}
-
-void tst_LinkTools::theFileChosenForACaptureGetsTheExtensionOfItsKind()
-{
-    QTemporaryDir dir;
-    for (const QString &filter : {QString("原始数据 (*.bin)"), QString("十六进制记录 (*.log)")}) {
-        LarkTest::answerNextFileDialog(dir.filePath("session"), filter);
-        QMetaObject::invokeMethod(m_window->linkTools(), "SltStartCapture");
-        CaptureWriter *writer = m_window->linkTools()->capture(0);
-        QVERIFY(writer->isRunning());
-        QCOMPARE(writer->currentPath(), dir.filePath(filter.startsWith("原始") ? "session.bin" : "session.log"));
-        writer->SltReceived("\x01");
-        writer->stop();
-        QFile f(writer->currentPath());
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QVERIFY(f.readAll().endsWith(filter.startsWith("原始") ? "\x01" : " H 01\n"));
-    }
-}
 
 LARK_TEST_MAIN(tst_LinkTools)
 #include "tst_linktools.moc"
