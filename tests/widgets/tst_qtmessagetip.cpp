@@ -1,7 +1,6 @@
 #include "LarkTest.h"
 #include "QtMessageTip.h"
 
-#include <QElapsedTimer>
 #include <QtTest>
 
 // Timing is checked with a lower bound only: a hide that comes early is the fault
