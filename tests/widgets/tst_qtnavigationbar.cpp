@@ -51,7 +51,6 @@ private slots:
         QFETCH(int, start);
         QFETCH(QString, operations);
         QFETCH(int, expected);
-        QFETCH(int, emitted);
         bar->setCurrentIndex(start);
         QSignalSpy spy(bar, SIGNAL(currentItemChanged(int, QString)));
         for (const QString &op : operations.split(' ')) {
@@ -62,7 +61,7 @@ private slots:
             : op == "to9" ? bar->moveTo(9) : op == "key" ? bar->setKeyMove(true) : QTest::keyClick(bar, Qt::Key(QKeySequence(op)[0]));
         }
         QCOMPARE(bar->getCurrentIndex(), expected);
-        QCOMPARE(spy.count(), emitted);
+        QTEST(spy.count(), "emitted");
         QCOMPARE(bar->getCurrentItem(), bar->itemName(expected));
         QTRY_COMPARE(bar->barRect(), bar->itemRect(expected));
     }
