@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPaintEvent>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -84,6 +85,19 @@ void click(QWidget *parent, const QString &key)
         if (b->text() == key || b->objectName() == key)
             return QTest::mouseClick(b, Qt::LeftButton);
     QTest::qFail(qPrintable("no button " + key), __FILE__, __LINE__);
+}
+
+PaintCounter::PaintCounter(QWidget *watched) { watched->installEventFilter(this); }
+
+bool PaintCounter::eventFilter(QObject *, QEvent *e)
+{
+    if (e->type() == QEvent::Paint) {
+        ++count;
+        painted += static_cast<QPaintEvent *>(e)->region();
+        if (onPaint)
+            onPaint();
+    }
+    return false;
 }
 
 } // namespace LarkTest

@@ -45,29 +45,19 @@ private slots:
         label.resize(400, 28);
         label.show();
         QVERIFY(QTest::qWaitForWindowExposed(&label));
-        struct PaintCounter : QObject {
-            int paints = 0;
-            QStringList painted; // the counts shown by the latest paint
-            bool eventFilter(QObject *o, QEvent *e) override
-            {
-                if (e->type() == QEvent::Paint) {
-                    ++paints;
-                    painted = static_cast<QtCountLabel *>(o)->counts();
-                }
-                return false;
-            }
-        } counter;
-        label.installEventFilter(&counter);
+        LarkTest::PaintCounter counter(&label);
+        QStringList painted; // the counts shown by the latest paint
+        counter.onPaint = [&] { painted = label.counts(); };
         QTest::qWait(100); // the label has been quiet
         for (int i = 1; i <= 200; ++i) {
             label.setCounts({QString("接收字节: %1").arg(i)});
             QCoreApplication::processEvents();
         }
-        const int during = counter.paints;
+        const int during = counter.count;
         QVERIFY2(during < 20, qPrintable(QString::number(during)));
         QCOMPARE(label.counts(), QStringList{"接收字节: 200"});
         // the due repaint comes, with the last counts
-        QTRY_COMPARE(counter.painted, QStringList{"接收字节: 200"});
+        QTRY_COMPARE(painted, QStringList{"接收字节: 200"});
     }
 };
 

@@ -4,27 +4,8 @@
 #include "UiSkin.h"
 
 #include <QGraphicsDropShadowEffect>
-#include <QPaintEvent>
 #include <QScrollBar>
 #include <QtTest>
-
-namespace {
-
-// counts the paint events a widget gets, and gathers what they paint
-struct PaintCounter : QObject {
-    int count = 0;
-    QRegion painted;
-    bool eventFilter(QObject *, QEvent *e) override
-    {
-        if (e->type() == QEvent::Paint) {
-            ++count;
-            painted += static_cast<QPaintEvent *>(e)->region();
-        }
-        return false;
-    }
-};
-
-} // namespace
 
 class TstQtTerminalWidget : public QObject
 {
@@ -123,9 +104,7 @@ private slots:
         QCOMPARE(w->grab().toImage(), own);
         w->viewport()->setAutoFillBackground(filled);
 
-        PaintCounter frame, view;
-        w->installEventFilter(&frame);
-        w->viewport()->installEventFilter(&view);
+        LarkTest::PaintCounter frame(w), view(w->viewport());
         for (int i = 0; i < 5; ++i) {
             w->insertRecvData(QByteArray("line\r\n").repeated(40), true, false);
             QTRY_VERIFY(view.count > i);
