@@ -79,6 +79,14 @@ void answerNextFileDialog(const QString &path, const QString &filter)
     });
 }
 
+bool showExposed(QWidget *w, const QSize &size)
+{
+    if (size.isValid())
+        w->resize(size);
+    w->show();
+    return QTest::qWaitForWindowExposed(w);
+}
+
 void click(QWidget *parent, const QString &key)
 {
     for (QAbstractButton *b : parent->findChildren<QAbstractButton *>())

@@ -33,6 +33,9 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 // accepted; a dialog that never takes the answer is rejected, so the test fails.
 void answerNextFileDialog(const QString &path, const QString &filter = QString());
 
+// Shows w, resized first when a size is given, and waits until the window system shows it.
+bool showExposed(QWidget *w, const QSize &size = QSize());
+
 // Clicks the first button under parent whose text or object name is key; fails the
 // test when there is none.
 void click(QWidget *parent, const QString &key);

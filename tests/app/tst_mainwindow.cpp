@@ -58,8 +58,7 @@ private slots:
         cleanup();
         MyApp::InitApp();
         m_window.reset(new MainWindow);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVERIFY(LarkTest::showExposed(m_window.get()));
     }
 
     void cleanup()

@@ -28,8 +28,7 @@ private slots:
     void init()
     {
         m_panel.reset(new QtColorPanel);
-        m_panel->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
+        QVERIFY(LarkTest::showExposed(m_panel.get()));
     }
     void cleanup() { m_panel.reset(); }
 

@@ -16,9 +16,7 @@ private slots:
     {
         bar = new QtNavigationBar;
         bar->setItems("一;;二二;三三三;四"); // the empty part is dropped
-        bar->resize(500, 30);
-        bar->show();
-        QVERIFY(QTest::qWaitForWindowExposed(bar));
+        QVERIFY(LarkTest::showExposed(bar, {500, 30}));
         QVERIFY(QTest::qWaitFor([this] { return !bar->isSliding(); }, 5000));
         QCOMPARE(bar->itemCount(), 4);
         QCOMPARE(bar->getCurrentIndex(), 0);

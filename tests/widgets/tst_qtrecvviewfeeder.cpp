@@ -142,9 +142,8 @@ private slots:
         for (int i = 0; i < 50; ++i) {
             const QString line = QString("[Tcp client c] line %1 ").arg(i);
             queue.appendParagraph(line);
-            all += (all.isEmpty() ? "" : "\n") + line;
             queue.appendText("0D 0A ");
-            all += "0D 0A ";
+            all += (all.isEmpty() ? "" : "\n") + line + "0D 0A ";
         }
         QCOMPARE(view.toPlainText(), QString()); // nothing drawn before the delay
         QCOMPARE(queue.plainText(), all);

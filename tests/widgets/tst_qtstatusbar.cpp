@@ -14,9 +14,7 @@ private slots:
     void notifyAndCountsAreShownAndClearSignals()
     {
         QtStatusBar bar;
-        bar.resize(800, 28);
-        bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        QVERIFY(LarkTest::showExposed(&bar, {800, 28}));
         bar.showSystemNotify("串口打开失败", 255);
         QCOMPARE(bar.notifyWidget()->text(), QString("串口打开失败"));
         QCOMPARE(bar.notifyWidget()->textColor(), QString("#ff0000"));
@@ -42,9 +40,7 @@ private slots:
     void aBurstOfCountsRepaintsSeldomButEndsOnTheLast()
     {
         QtCountLabel label;
-        label.resize(400, 28);
-        label.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        QVERIFY(LarkTest::showExposed(&label, {400, 28}));
         LarkTest::PaintCounter counter(&label);
         QStringList painted; // the counts shown by the latest paint
         counter.onPaint = [&] { painted = label.counts(); };

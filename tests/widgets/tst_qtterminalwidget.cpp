@@ -87,14 +87,12 @@ private slots:
         // under a drop shadow, as in the main window: there every region repainted is
         // painted up from the widget that casts the shadow
         QWidget window;
-        window.resize(440, 340);
         QWidget page(&window);
         page.setGeometry(20, 20, 400, 300);
         page.setGraphicsEffect(new QGraphicsDropShadowEffect);
         auto *w = new QtTerminalWidget(&page);
         w->setGeometry(20, 20, 300, 200);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(LarkTest::showExposed(&window, {440, 340}));
         UiSkin::LoadStyleSheet(skin); // a skin chosen while the view is up
         w->setPlainText("x\nyy");
         QCoreApplication::processEvents();
