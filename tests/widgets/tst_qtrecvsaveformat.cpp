@@ -32,15 +32,12 @@ private slots:
         QTEST(QtRecvSaveFormat::saveBytes(fileName, view), "bytes");
     }
 
-    // the name chosen in the real dialog, completed with the chosen filter's suffix;
-    // nothing to save or no name chosen says nothing, a failed write is an error
-    void saveAsksForANameAndWritesTheFile()
+    // nothing to save or no name chosen says nothing, a failed write is an error (a name
+    // chosen and written is the pages' case: their tests save through the real dialog)
+    void saveSaysNothingUnlessItWritesAndFailsAloud()
     {
-        QTemporaryDir dir; // a folder of its own: the dialog watches the folder it shows
+        QTemporaryDir dir;
         QWidget parent;
-        LarkTest::answerNextFileDialog(dir.filePath("received"), "*.bin");
-        QCOMPARE(QtRecvSaveFormat::save(&parent, "41 42 43"), QtRecvSaveFormat::Notice("文件保存完成!", 0));
-        QCOMPARE(LarkTest::readFile(dir.filePath("received.bin")), QByteArray("ABC"));
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString()), QtRecvSaveFormat::Notice());
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString(), dir.filePath("empty.txt")), QtRecvSaveFormat::Notice());
         QVERIFY(!QFile::exists(dir.filePath("empty.txt")));
