@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPaintEvent>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -78,12 +79,33 @@ void answerNextFileDialog(const QString &path, const QString &filter)
     });
 }
 
+bool showExposed(QWidget *w, const QSize &size)
+{
+    if (size.isValid())
+        w->resize(size);
+    w->show();
+    return QTest::qWaitForWindowExposed(w);
+}
+
 void click(QWidget *parent, const QString &key)
 {
     for (QAbstractButton *b : parent->findChildren<QAbstractButton *>())
         if (b->text() == key || b->objectName() == key)
             return QTest::mouseClick(b, Qt::LeftButton);
     QTest::qFail(qPrintable("no button " + key), __FILE__, __LINE__);
+}
+
+PaintCounter::PaintCounter(QWidget *watched) { watched->installEventFilter(this); }
+
+bool PaintCounter::eventFilter(QObject *, QEvent *e)
+{
+    if (e->type() == QEvent::Paint) {
+        ++count;
+        painted += static_cast<QPaintEvent *>(e)->region();
+        if (onPaint)
+            onPaint();
+    }
+    return false;
 }
 
 } // namespace LarkTest

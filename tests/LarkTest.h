@@ -4,6 +4,7 @@
 #include "LarkTestCore.h"
 
 #include <QApplication>
+#include <QRegion>
 #include <QString>
 #include <functional>
 
@@ -32,9 +33,22 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
 // accepted; a dialog that never takes the answer is rejected, so the test fails.
 void answerNextFileDialog(const QString &path, const QString &filter = QString());
 
+// Shows w, resized first when a size is given, and waits until the window system shows it.
+bool showExposed(QWidget *w, const QSize &size = QSize());
+
 // Clicks the first button under parent whose text or object name is key; fails the
 // test when there is none.
 void click(QWidget *parent, const QString &key);
+
+// Counts the paint events of the widget it watches and gathers the regions they paint;
+// onPaint runs at each, for what a test must see as it was painted.
+struct PaintCounter : QObject {
+    explicit PaintCounter(QWidget *watched);
+    bool eventFilter(QObject *, QEvent *e) override;
+    int count = 0;
+    QRegion painted;
+    std::function<void()> onPaint;
+};
 } // namespace LarkTest
 
 // main() of a test class that drives widgets

@@ -27,6 +27,18 @@ void cleanAppDirs()
     QDir(base + "/download").removeRecursively();
 }
 
+QByteArray readFile(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size() && f.flush();
+}
+
 ReadOnlyFolder::ReadOnlyFolder(const QString &path)
     : m_strPath(path)
 {

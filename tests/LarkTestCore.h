@@ -15,6 +15,10 @@ void prepareEnvironment();
 // first start of the program would and leaves nothing for the next one.
 void cleanAppDirs();
 
+// A whole file, or nothing when it cannot be read; writeFile replaces what was there.
+QByteArray readFile(const QString &path);
+bool writeFile(const QString &path, const QByteArray &bytes);
+
 // A folder its user cannot write, for as long as this object lives. Root ignores
 // permission bits, so for root it is a tmpfs mounted read-only over the folder;
 // anyone else gets the bits taken away. Not ready when root may not mount.

@@ -3,7 +3,6 @@
 #include "HexEditWidget.h"
 #include "HexFindBar.h"
 #include "LarkTest.h"
-#include "LinkTap.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
@@ -60,8 +59,7 @@ private slots:
         cleanup();
         MyApp::InitApp();
         m_window.reset(new MainWindow);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVERIFY(LarkTest::showExposed(m_window.get()));
     }
 
     void cleanup()
@@ -103,28 +101,21 @@ private slots:
         QCOMPARE(shownCounts(), page(index)->getCounts());
     }
 
-    void editorCountsReachTheStatusBarOnlyWhileItIsShown()
+    void editorCountsAndCommandsReachTheWindowOnlyWhileItIsShown()
     {
         auto *editor = qobject_cast<HexEditWidget *>(page(4));
         QTemporaryFile file;
         QVERIFY(editor && file.open() && file.write("0123456789") == 10 && file.flush());
+        QVERIFY(!action("查找...")->isEnabled() && !action("保存文件")->isEnabled());
         m_window->statusBar()->setLabelCounts({"serial"});
         editor->loadFile(file.fileName());
         QCOMPARE(shownCounts(), QStringList{"serial"});
         QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(4), Qt::LeftButton);
         QCOMPARE(shownCounts(), (QStringList{"Address: 0", "Size: 10"}));
+        QVERIFY(action("保存文件")->isEnabled() && action("另存为...")->isEnabled());
         editor->hexEdit()->setFocus();
         QTest::keyClicks(editor->hexEdit(), "ab");
         QCOMPARE(shownCounts(), (QStringList{"Address: 1", "Size: 10"}));
-    }
-
-    void editorCommandsActOnlyWhileTheEditorIsShown()
-    {
-        auto *editor = qobject_cast<HexEditWidget *>(page(4));
-        QVERIFY(!action("查找...")->isEnabled() && !action("保存文件")->isEnabled());
-        QTest::mouseClick(m_window->tabBar()->findChildren<QToolButton *>().at(4), Qt::LeftButton);
-        QVERIFY(action("保存文件")->isEnabled() && action("另存为...")->isEnabled());
-        editor->hexEdit()->setFocus();
         QTest::keySequence(editor->hexEdit(), QKeySequence("Ctrl+G"));
         QTRY_VERIFY(editor->findBar()->isVisible());
     }
@@ -151,13 +142,6 @@ private slots:
         QCOMPARE(qApp->styleSheet(), dark);
     }
 
-    void restoreDefaultsResetsOnlyWhenConfirmed_data()
-    {
-        QTest::addColumn<bool>("confirm");
-        QTest::newRow("return answers no") << false;
-        QTest::newRow("confirmed") << true;
-    }
-
     // the text the PID page paints itself (the lamp's "操作", the legend) and the
     // menu buttons' white glyphs stand out from what is behind them in either skin
     void paintedTextAndMenuGlyphsStandOutInBothSkins_data()
@@ -177,6 +161,13 @@ private slots:
             settings = b->text() == "设置" ? b : settings;
         QTRY_VERIFY(contrast(lamp, QRect(0, 0, lamp->width() - 22, lamp->height())) > 100);
         QVERIFY(contrast(legend, QRect(10, 0, 50, legend->height())) > 100 && contrast(settings, QRect(6, 4, 20, 20)) > 100);
+    }
+
+    void restoreDefaultsResetsOnlyWhenConfirmed_data()
+    {
+        QTest::addColumn<bool>("confirm");
+        QTest::newRow("return answers no") << false;
+        QTest::newRow("confirmed") << true;
     }
 
     void restoreDefaultsResetsOnlyWhenConfirmed()

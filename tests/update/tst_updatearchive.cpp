@@ -1,12 +1,6 @@
 #include "LarkTestCore.h"
 #include "UpdateArchive.h"
 
-#include <QBuffer>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <private/qzipwriter_p.h>
@@ -14,12 +8,6 @@
 class TstUpdateArchive : public QObject
 {
     Q_OBJECT
-
-    static QByteArray readFile(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
 
 private slots:
     // One bad entry beside a good one: only the good one is written, and the progress
@@ -69,7 +57,7 @@ private slots:
         QVERIFY(QDir(outside).isEmpty());
         QVERIFY(!QFile::exists(parent.path() + "/x"));
         QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
-        QCOMPARE(readFile(programDir + "/sub/a..b"), QByteArray("good"));
+        QCOMPARE(LarkTest::readFile(programDir + "/sub/a..b"), QByteArray("good"));
     }
 
     // files overwritten in place keep the old tail; folders made; permissions taken
@@ -77,10 +65,7 @@ private slots:
     {
         QTemporaryDir dir;
         const QString program = dir.path() + "/program";
-        QVERIFY(QDir().mkpath(program));
-        QFile old(program + "/readme.txt");
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old text") == 8);
-        old.close();
+        QVERIFY(QDir().mkpath(program) && LarkTest::writeFile(program + "/readme.txt", "old text"));
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
         QZipWriter writer(&buffer);
@@ -93,15 +78,13 @@ private slots:
         // central record, the last copy of its name, as zip tools do
         QByteArray bytes = buffer.data();
         bytes.data()[bytes.lastIndexOf("run") - 6] |= 0x40;
-        QFile zip(dir.path() + "/u.zip");
-        QVERIFY(zip.open(QIODevice::WriteOnly) && zip.write(bytes) == bytes.size());
-        zip.close();
+        QVERIFY(LarkTest::writeFile(dir.path() + "/u.zip", bytes));
 
         int calls = 0;
         QVERIFY(UpdateArchive(dir.path() + "/u.zip").unpack(program, [&](int, const QString &, bool) { ++calls; }));
         QCOMPARE(calls, 4);
-        QCOMPARE(readFile(program + "/readme.txt"), QByteArray("new text"));
-        QCOMPARE(readFile(program + "/data/deep/a.bin"), QByteArray(1000, '\x5A'));
+        QCOMPARE(LarkTest::readFile(program + "/readme.txt"), QByteArray("new text"));
+        QCOMPARE(LarkTest::readFile(program + "/data/deep/a.bin"), QByteArray(1000, '\x5A'));
         QVERIFY(QFileInfo(program + "/run").isExecutable());
         QVERIFY(!QFileInfo(program + "/readme.txt").isExecutable());
     }
@@ -117,15 +100,12 @@ private slots:
     {
         QFETCH(QByteArray, bytes);
         QTemporaryDir dir;
-        QFile zip(dir.path() + "/u.zip");
-        QVERIFY(zip.open(QIODevice::WriteOnly));
-        zip.write(bytes);
-        zip.close();
-        const UpdateArchive archive(zip.fileName());
-        QCOMPARE(archive.count(), 0);
+        QVERIFY(LarkTest::writeFile(dir.path() + "/u.zip", bytes));
+        QCOMPARE(UpdateArchive(dir.path() + "/u.zip").count(), 0);
         QVERIFY(!UpdateArchive(dir.path() + "/missing.zip").unpack(dir.path(), nullptr));
         QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"u.zip"});
     }
+
     // the system refuses to write a running executable: this one runs while unpacking
     void theRunningProgramIsReplacedWhole()
     {
@@ -139,7 +119,7 @@ private slots:
         writer.addFile("larkTools", "#!/bin/sh\n");
         writer.close();
         QVERIFY(UpdateArchive(program.filePath("u.zip")).unpack(program.path(), nullptr));
-        QCOMPARE(readFile(exe), QByteArray("#!/bin/sh\n"));
+        QCOMPARE(LarkTest::readFile(exe), QByteArray("#!/bin/sh\n"));
         QCOMPARE(running.state(), QProcess::Running);
         QVERIFY(!QFile::exists(exe + ".new"));
         running.kill();

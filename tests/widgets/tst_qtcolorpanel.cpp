@@ -28,8 +28,7 @@ private slots:
     void init()
     {
         m_panel.reset(new QtColorPanel);
-        m_panel->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
+        QVERIFY(LarkTest::showExposed(m_panel.get()));
     }
     void cleanup() { m_panel.reset(); }
 
@@ -60,8 +59,7 @@ private slots:
         QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, point);
         QCOMPARE(spy.count(), picked < 0 ? 0 : 1);
         QCOMPARE(grid->currentId(), qMax(picked, 0));
-        const QColor expected = picked < 0 ? QColor(Qt::white) : QColor(QtColorPanel::strBaseColors.at(picked));
-        QCOMPARE(m_panel->colorDisplay()->color(), expected);
+        QCOMPARE(m_panel->colorDisplay()->color(), QColor(picked < 0 ? "#ffffff" : QtColorPanel::strBaseColors.at(picked)));
     }
 
     // the field's colour comes from its own picture: pure hues at the top, white below
@@ -95,22 +93,20 @@ private slots:
     }
 
     // a bar of 200 pixels: handle 200 / 13 = 15 high, travel 200 - 15 - 2 * 2 - 2 * 2;
-    // a real click on the panel's bar at that height picks by the geometry's rule
+    // a real click on the panel's bar at that height picks by the geometry's rule (whose
+    // own table has the ends of the travel), the colour from the bar's picture down to its
+    // last row
     void barFromPoint_data()
     {
         QTest::addColumn<int>("y");
         QTest::addColumn<double>("percent");
         QTest::addColumn<QColor>("color");
-        QTest::newRow("above the travel") << 0 << 100.0 << QColor(255, 0, 0);
-        QTest::newRow("top of the travel") << 7 << 100.0 << QColor(254, 0, 0);
         QTest::newRow("middle") << 95 << (1 - 88.0 / 177) * 100 << QColor(127, 0, 0);
-        QTest::newRow("bottom of the travel") << 184 << 0.0 << QColor(0, 0, 0);
         QTest::newRow("below the travel") << 199 << 0.0 << QColor(0, 0, 0);
     }
     void barFromPoint()
     {
         QFETCH(int, y);
-        QFETCH(double, percent);
         QFETCH(QColor, color);
         ColorPanelBar *bar = m_panel->panelBar();
         bar->setFixedHeight(200);
@@ -118,8 +114,8 @@ private slots:
         QSignalSpy spy(bar, SIGNAL(colorChanged(QColor)));
         QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(bar->width() / 2, y));
         QCOMPARE(spy.count(), 2); // press and release both pick
-        QCOMPARE(bar->getPercent(), percent);
-        QCOMPARE(bar->getValue(), percent * 3.6);
+        QTEST(bar->getPercent(), "percent");
+        QCOMPARE(bar->getValue(), bar->getPercent() * 3.6);
         QVERIFY2(near(m_panel->colorDisplay()->color(), color, 3), qPrintable(bar->getColor().name()));
     }
 
@@ -166,7 +162,6 @@ private slots:
     {
         QFETCH(QString, typed);
         QFETCH(QString, shown);
-        QFETCH(QStringList, numbers);
         ColorDisplay *display = m_panel->colorDisplay();
         display->SltDisplayColor(QColor("#804040"));
         // the read-out's edits: the typed entry first, then the six numbers
@@ -179,7 +174,7 @@ private slots:
         QStringList shownNumbers;
         for (int i = 1; i < edits.size(); ++i)
             shownNumbers << edits[i]->text();
-        QCOMPARE(shownNumbers, numbers);
+        QTEST(shownNumbers, "numbers");
         QCOMPARE(display->color().name().toUpper(), QColor(shown).isValid() ? shown : QString("#804040"));
     }
 

@@ -37,11 +37,6 @@ private slots:
         QCOMPARE(log.length(), qint64(all.size()));
         QCOMPARE(log.isEmpty(), all.isEmpty());
         QVERIFY(log.text() == all);
-        log.clear();
-        QVERIFY(log.isEmpty());
-        QCOMPARE(log.text(), QString());
-        log.append("again");
-        QCOMPARE(log.text(), QString("again"));
     }
 
     // what a long session holds: received text and hex take a fraction of their size
@@ -104,7 +99,7 @@ private slots:
         QTEST(log.spilledBytes() > 0, "spilled");
         QCOMPARE(log.text(), all);
         log.clear();
-        QCOMPARE(log.spilledBytes(), qint64(0));
+        QVERIFY(log.isEmpty() && log.text().isEmpty() && log.spilledBytes() == 0);
         log.append("again");
         QCOMPARE(log.text(), QString("again"));
     }

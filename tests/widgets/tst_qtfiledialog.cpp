@@ -4,7 +4,6 @@
 #include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
 
@@ -14,13 +13,6 @@ Q_DECLARE_METATYPE(QFileDialog::AcceptMode)
 class TstQtFileDialog : public QObject
 {
     Q_OBJECT
-
-    QPushButton *button(QtFileDialog &dlg, QDialogButtonBox::StandardButton which)
-    {
-        QDialogButtonBox *box = dlg.fileDialog()->findChild<QDialogButtonBox *>("buttonBox");
-        return box ? box->button(which) : nullptr;
-    }
-
 private slots:
     void chosenPathGetsTheFilterSuffixOnlyWhenSavingWithoutOne_data()
     {
@@ -46,7 +38,6 @@ private slots:
         QFETCH(QString, typed);
         QFETCH(QString, answer);
         QFETCH(QString, chosen);
-
         QTemporaryDir tmp;
         QVERIFY(tmp.isValid());
         if (mode == QFileDialog::AcceptOpen)
@@ -63,13 +54,11 @@ private slots:
                 edt->clear();
                 QTest::keyClicks(edt, typed);
             }
-            QAbstractButton *btn = nullptr;
-            if (answer == "close")
-                btn = w->findChild<QToolButton *>("btnClose");
-            else if (answer == "cancel")
-                btn = button(dlg, QDialogButtonBox::Cancel);
-            else
-                btn = button(dlg, mode == QFileDialog::AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open);
+            auto *box = dlg.fileDialog()->findChild<QDialogButtonBox *>("buttonBox");
+            const auto which = answer == "cancel" ? QDialogButtonBox::Cancel
+                               : mode == QFileDialog::AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open;
+            QAbstractButton *btn = answer == "close" ? w->findChild<QToolButton *>("btnClose")
+                                   : box ? static_cast<QAbstractButton *>(box->button(which)) : nullptr;
             if (btn && btn->isEnabled())
                 QTest::mouseClick(btn, Qt::LeftButton);
             else if (QDialog *d = qobject_cast<QDialog *>(w))

@@ -50,8 +50,7 @@ private slots:
         QtMainWindow w;
         w.setMinimumSize(200, 150);
         w.setGeometry(100, 100, 400, 300);
-        w.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QVERIFY(LarkTest::showExposed(&w));
         QTRY_COMPARE(w.geometry(), QRect(100, 100, 400, 300));
         w.setCursor(Qt::WaitCursor); // a shape no row expects
         hover(&w, press);

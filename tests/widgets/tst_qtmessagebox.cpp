@@ -38,7 +38,6 @@ private slots:
     {
         QFETCH(BoxFunction, box);
         QFETCH(QString, answer);
-        QFETCH(int, result);
         LarkTest::onNextModal([&](QWidget *w) {
             QPushButton *ok = w->findChild<QPushButton *>("btnMsgOk");
             QPushButton *cancel = w->findChild<QPushButton *>("btnMsgCancel");
@@ -56,7 +55,7 @@ private slots:
             else
                 QTest::keyClick(w, answer == "return" ? Qt::Key_Return : answer == "space" ? Qt::Key_Space : Qt::Key_Escape);
         });
-        QCOMPARE(box("确认恢复默认设置吗?", "询问"), result);
+        QTEST(box("确认恢复默认设置吗?", "询问"), "result");
     }
 };
 

@@ -1,7 +1,6 @@
 #include "LarkTest.h"
 #include "QtMessageTip.h"
 
-#include <QElapsedTimer>
 #include <QtTest>
 
 // Timing is checked with a lower bound only: a hide that comes early is the fault
@@ -14,9 +13,7 @@ class TstQtMessageTip : public QObject
     // waits for the tip to hide and returns how long it was shown
     qint64 shownFor(const QElapsedTimer &since)
     {
-        if (!QTest::qWaitFor([this] { return !tip()->isVisible(); }, 5000))
-            return -1;
-        return since.elapsed();
+        return QTest::qWaitFor([this] { return !tip()->isVisible(); }, 5000) ? since.elapsed() : -1;
     }
 
 private slots:

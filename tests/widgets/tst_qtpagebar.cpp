@@ -39,6 +39,12 @@ private slots:
         QTest::newRow("jump past the count") << "2/5 type 9" << " => 2 / 5 5 [9] tip";
         // setPageIndex refuses a current page outside the count, silently
         QTest::newRow("set past the count") << "2/5 set 8 7" << " => 2 / 5 5 [2]";
+        // the first and the last page are pages like the others
+        QTest::newRow("type the last") << "1/5 type 5" << "change 5 => 5 / 5 5 [5]";
+        QTest::newRow("next onto the last") << "4/5 btnNextPage" << "change 5 => 5 / 5 5 [5]";
+        QTest::newRow("prev onto the first") << "2/5 btnPrevPage" << "change 1 => 1 / 5 5 [1]";
+        QTest::newRow("type the first") << "3/5 type 1" << "change 1 => 1 / 5 5 [1]";
+        QTest::newRow("delete the second last") << "4/5 btnDeletePage" << "delete 4 4 => 4 / 4 4 [4]";
     }
 
     void operationsEmitInOrder()
@@ -68,19 +74,6 @@ private slots:
                      + (QtMessageTip::Instance()->isVisible() ? " tip" : ""),
                  outcome);
     }
-
-    // the first and the last page are pages like the others
-    void firstAndLastPagesAreReached_data()
-    {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<QString>("outcome");
-        QTest::newRow("type the last") << "1/5 type 5" << "change 5 => 5 / 5 5 [5]";
-        QTest::newRow("next onto the last") << "4/5 btnNextPage" << "change 5 => 5 / 5 5 [5]";
-        QTest::newRow("prev onto the first") << "2/5 btnPrevPage" << "change 1 => 1 / 5 5 [1]";
-        QTest::newRow("type the first") << "3/5 type 1" << "change 1 => 1 / 5 5 [1]";
-        QTest::newRow("delete the second last") << "4/5 btnDeletePage" << "delete 4 4 => 4 / 4 4 [4]";
-    }
-    void firstAndLastPagesAreReached() { operationsEmitInOrder(); }
 };
 
 LARK_TEST_MAIN(TstQtPageBar)

@@ -3,8 +3,6 @@
 #include "QtRecvSaveFormat.h"
 
 #include <QDialog>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QWidget>
 #include <QtTest>
 
@@ -30,22 +28,16 @@ private slots:
         QFETCH(QString, fileName);
         QFETCH(int, codec);
         QFETCH(QString, view);
-        QFETCH(QByteArray, bytes);
         MyApp::m_nTextCodecIndex = codec;
-        QCOMPARE(QtRecvSaveFormat::saveBytes(fileName, view), bytes);
+        QTEST(QtRecvSaveFormat::saveBytes(fileName, view), "bytes");
     }
 
-    // the name chosen in the real dialog, completed with the chosen filter's suffix;
-    // nothing to save or no name chosen says nothing, a failed write is an error
-    void saveAsksForANameAndWritesTheFile()
+    // nothing to save or no name chosen says nothing, a failed write is an error (a name
+    // chosen and written is the pages' case: their tests save through the real dialog)
+    void saveSaysNothingUnlessItWritesAndFailsAloud()
     {
-        QTemporaryDir dir; // a folder of its own: the dialog watches the folder it shows
+        QTemporaryDir dir;
         QWidget parent;
-        LarkTest::answerNextFileDialog(dir.filePath("received"), "*.bin");
-        QCOMPARE(QtRecvSaveFormat::save(&parent, "41 42 43"), QtRecvSaveFormat::Notice("文件保存完成!", 0));
-        QFile bin(dir.filePath("received.bin"));
-        QVERIFY(bin.open(QIODevice::ReadOnly));
-        QCOMPARE(bin.readAll(), QByteArray("ABC"));
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString()), QtRecvSaveFormat::Notice());
         QCOMPARE(QtRecvSaveFormat::save(&parent, QString(), dir.filePath("empty.txt")), QtRecvSaveFormat::Notice());
         QVERIFY(!QFile::exists(dir.filePath("empty.txt")));

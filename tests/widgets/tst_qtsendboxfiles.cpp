@@ -1,8 +1,6 @@
 #include "LarkTestCore.h"
 #include "QtSendBoxFiles.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using Table = QMap<int, QString>;
@@ -15,10 +13,8 @@ class TstQtSendBoxFiles : public QObject
 
     QString write(const QByteArray &bytes)
     {
-        QFile file(m_dir.filePath("list.txt"));
-        file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        file.write(bytes);
-        return file.fileName();
+        LarkTest::writeFile(m_dir.filePath("list.txt"), bytes);
+        return m_dir.filePath("list.txt");
     }
 
 private slots:
@@ -66,9 +62,7 @@ private slots:
         QCOMPARE(read.value(6), QString("ab"));
         QCOMPARE(read.value(23), QString("c"));
         QVERIFY(QtSendBoxFiles::writeMultiConfig(path, Table{{10, "b"}, {-1, "a"}}));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("-1#a\n10#b\n"));
+        QCOMPARE(LarkTest::readFile(path), QByteArray("-1#a\n10#b\n"));
         QCOMPARE(QtSendBoxFiles::readMultiConfig(m_dir.filePath("missing.txt")), Table());
     }
 

@@ -14,9 +14,7 @@ private slots:
     void notifyAndCountsAreShownAndClearSignals()
     {
         QtStatusBar bar;
-        bar.resize(800, 28);
-        bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        QVERIFY(LarkTest::showExposed(&bar, {800, 28}));
         bar.showSystemNotify("串口打开失败", 255);
         QCOMPARE(bar.notifyWidget()->text(), QString("串口打开失败"));
         QCOMPARE(bar.notifyWidget()->textColor(), QString("#ff0000"));
@@ -42,32 +40,20 @@ private slots:
     void aBurstOfCountsRepaintsSeldomButEndsOnTheLast()
     {
         QtCountLabel label;
-        label.resize(400, 28);
-        label.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&label));
-        struct PaintCounter : QObject {
-            int paints = 0;
-            QStringList painted; // the counts shown by the latest paint
-            bool eventFilter(QObject *o, QEvent *e) override
-            {
-                if (e->type() == QEvent::Paint) {
-                    ++paints;
-                    painted = static_cast<QtCountLabel *>(o)->counts();
-                }
-                return false;
-            }
-        } counter;
-        label.installEventFilter(&counter);
+        QVERIFY(LarkTest::showExposed(&label, {400, 28}));
+        LarkTest::PaintCounter counter(&label);
+        QStringList painted; // the counts shown by the latest paint
+        counter.onPaint = [&] { painted = label.counts(); };
         QTest::qWait(100); // the label has been quiet
         for (int i = 1; i <= 200; ++i) {
             label.setCounts({QString("接收字节: %1").arg(i)});
             QCoreApplication::processEvents();
         }
-        const int during = counter.paints;
+        const int during = counter.count;
         QVERIFY2(during < 20, qPrintable(QString::number(during)));
         QCOMPARE(label.counts(), QStringList{"接收字节: 200"});
         // the due repaint comes, with the last counts
-        QTRY_COMPARE(counter.painted, QStringList{"接收字节: 200"});
+        QTRY_COMPARE(painted, QStringList{"接收字节: 200"});
     }
 };
 

@@ -14,12 +14,9 @@ private slots:
     {
         QtTabBar bar;
         bar.setTabTitles({"串口调试助手", "摄像头调试助手", "网络调试助手"});
-        bar.resize(900, 30);
-        bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        QVERIFY(LarkTest::showExposed(&bar, {900, 30}));
         QList<QToolButton *> tabs = bar.findChildren<QToolButton *>();
         std::sort(tabs.begin(), tabs.end(), [](QToolButton *a, QToolButton *b) { return a->x() < b->x(); });
-        QCOMPARE(tabs.size(), 3);
         QCOMPARE(bar.currentIndex(), 0);
 
         QSignalSpy spy(&bar, SIGNAL(signalClicked(int)));

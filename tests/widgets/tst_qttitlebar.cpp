@@ -60,10 +60,9 @@ private slots:
     void doubleClickTogglesMaximise()
     {
         QFETCH(int, flags);
-        QFETCH(bool, toggles);
         frame(flags);
         QTest::mouseDClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(60, 10));
-        QCOMPARE(window.isMaximized(), toggles);
+        QTEST(window.isMaximized(), "toggles");
         QTest::mouseDClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(60, 10));
         QVERIFY(!window.isMaximized());
         for (QToolButton *max : bar->findChildren<QToolButton *>())

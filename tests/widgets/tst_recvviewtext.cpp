@@ -1,7 +1,6 @@
 #include "LarkTestCore.h"
 #include "RecvViewText.h"
 
-#include <QPoint>
 #include <QtTest>
 
 class TstRecvViewText : public QObject
@@ -38,16 +37,13 @@ private slots:
         QFETCH(QString, text);
         QFETCH(int, maxLine);
         QFETCH(QPoint, runBefore);
-        QFETCH(QString, view);
-        QFETCH(QPoint, runAfter);
-        RecvViewText::ViewRun run;
-        run.paragraph = runBefore.x();
-        run.line = runBefore.y();
+
+        RecvViewText::ViewRun run{runBefore.x(), runBefore.y()};
         QString got = RecvViewText::viewForm(text, maxLine, run);
         got.replace(QChar(QChar::ParagraphSeparator), QLatin1Char('|'));
         got.replace(QChar(QChar::LineSeparator), QLatin1Char('/'));
-        QCOMPARE(got, view);
-        QCOMPARE(QPoint(run.paragraph, run.line), runAfter);
+        QTEST(got, "view");
+        QTEST(QPoint(run.paragraph, run.line), "runAfter");
     }
 
     void plainTextOfIsWhatTheDocumentGivesBack_data()
@@ -67,8 +63,7 @@ private slots:
     void plainTextOfIsWhatTheDocumentGivesBack()
     {
         QFETCH(QString, text);
-        QFETCH(QString, plain);
-        QCOMPARE(RecvViewText::plainTextOf(text), plain);
+        QTEST(RecvViewText::plainTextOf(text), "plain");
     }
 
     void tailStartKeepsLinesAndBytesWhole_data()
@@ -93,8 +88,7 @@ private slots:
     {
         QFETCH(QString, text);
         QFETCH(int, maxChars);
-        QFETCH(QString, tail);
-        QCOMPARE(text.mid(RecvViewText::tailStart(text, maxChars)), tail);
+        QTEST(text.mid(RecvViewText::tailStart(text, maxChars)), "tail");
     }
 
     void slicesEndAfterALine_data()
@@ -113,8 +107,7 @@ private slots:
     {
         QFETCH(QString, text);
         QFETCH(int, budget);
-        QFETCH(int, length);
-        QCOMPARE(RecvViewText::sliceLength(text, budget), length);
+        QTEST(RecvViewText::sliceLength(text, budget), "length");
     }
 };
 

@@ -18,10 +18,9 @@ namespace {
 template <class T>
 T *withText(QWidget *parent, const QString &prefix)
 {
-    for (T *child : parent->findChildren<T *>()) {
+    for (T *child : parent->findChildren<T *>())
         if (child->text().startsWith(prefix))
             return child;
-    }
     return nullptr;
 }
 
@@ -51,18 +50,16 @@ private:
     {
         QWidget *window = nullptr, *dialog = nullptr;
         for (QWidget *w : QApplication::topLevelWidgets()) {
-            if (w->isVisible() && w->objectName() == "MainWindow")
-                window = w;
-            if (w->isVisible() && w->inherits("QtUpdateDialog"))
-                dialog = w;
+            window = w->isVisible() && w->objectName() == "MainWindow" ? w : window;
+            dialog = w->isVisible() && w->inherits("QtUpdateDialog") ? w : dialog;
         }
         if (!dialog) {
             QPushButton *about = window && !m_bAsked ? withText<QPushButton>(window, "关于...") : nullptr;
             QMenu *menu = about ? about->menu() : nullptr;
             const QList<QAction *> actions = menu ? menu->actions() : QList<QAction *>();
+            // the user's way, through the menu's own signal; queued, as the slot runs the
+            // dialog's event loop until it closes
             for (QAction *action : actions) {
-                // the user's way, through the menu's own signal; queued, as the slot
-                // runs the dialog's event loop until it closes
                 if (action->text() == "检查版本更新") {
                     m_bAsked = true;
                     QTimer::singleShot(0, menu, [menu, action] { emit menu->triggered(action); });
