@@ -203,7 +203,6 @@ private slots:
         QTest::addColumn<qint64>("at"); // -1: nothing found, a red message
         QTest::addColumn<int>("selected");
         QTest::newRow("find across the line") << "edtFind" << "4C 41 52 4B" << qint64(0) << qint64(14) << 4;
-        QTest::newRow("find wraps") << "edtFind" << "4c41524b" << qint64(51) << qint64(14) << 4;
         QTest::newRow("find nothing") << "edtFind" << "DE AD" << qint64(3) << qint64(-1) << 0;
         QTest::newRow("go to hex") << "edtGoto" << "0x20" << qint64(0) << qint64(32) << 0;
         QTest::newRow("go back relative") << "edtGoto" << "-0x10" << qint64(50) << qint64(34) << 0;
