@@ -77,7 +77,7 @@ class TstPidDebugWidget : public QObject
         m_page->SltSerialportChanged({m_pty->programShortName()});
     }
     // the board writes; true once the page has taken every byte (its slot runs before
-    // the spy's, so the parser is done by then)
+    // the spy's, so the parser is done by then) and drawn a frame
     bool boardSends(const QByteArray &data)
     {
         auto received = [this] {
@@ -87,7 +87,8 @@ class TstPidDebugWidget : public QObject
             return n;
         };
         const int want = received() + data.size();
-        return m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
+        const bool taken = m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
+        return taken && QMetaObject::invokeMethod(m_page, "SltReplotFrame");
     }
     static QString modalText(std::function<void()> action)
     {
@@ -385,13 +386,26 @@ private slots:
         QTest::newRow("target changes between samples") // one value: the span of 120 stays
             << QList<QByteArray>{boardFrame(3, 2, le(-5)), boardFrame(3, 1, le(8)) + boardFrame(3, 2, le(-5))}
             << "2:0,8 7:-5,-5 y:-65,55";
+        // in the second frame a channel of one value takes the span its neighbour left
+        QTest::newRow("frames of many samples") << QList<QByteArray>{boardFrame(1, 2, le(5)) + boardFrame(2, 2, le(7)),
+                boardFrame(1, 2, le(10)) + boardFrame(1, 2, le(-20)) + boardFrame(1, 2, le(30)) + boardFrame(2, 2, le(7)) + boardFrame(2, 2, le(7))}
+            << "0:0,0,0,0 1:0,0,0 5:5,10,-20,30 6:7,7,7 y:-18,32";
+        QTest::newRow("frames within a millisecond") << QList<QByteArray>{boardFrame(1, 2, le(5)), QByteArray(), boardFrame(1, 2, le(10))}
+                                                     << "0:0,0 5:5,10 y:5,10";
     }
     void samplesBecomeTheSamePoints()
     {
         QFETCH(QList<QByteArray>, reads);
         m_plot->yAxis->setRange(-60, 60);
-        for (const QByteArray &read : reads)
-            emit m_page->serialPort()->bytesRead(read);
+        // a frame after each read, a millisecond apart unless an empty read follows
+        for (int k = 0; k < reads.size(); ++k) {
+            if (reads[k].isEmpty())
+                continue;
+            emit m_page->serialPort()->bytesRead(reads[k]);
+            QMetaObject::invokeMethod(m_page, "SltReplotFrame");
+            for (const qint64 ms = QDateTime::currentMSecsSinceEpoch(); reads.value(k + 1, "x").size() > 0 && ms == QDateTime::currentMSecsSinceEpoch();) {
+            }
+        }
         QStringList got;
         for (int g = 0; g < m_plot->graphCount(); ++g) {
             QStringList values;
