@@ -448,6 +448,15 @@ void PidDebugWidget::ApplyPendingSamples()
 void PidDebugWidget::SltReplotFrame()
 {
     ApplyPendingSamples();
+    // A curve with more samples than two per pixel column is drawn by the library as
+    // one bar from the lowest to the highest sample of each column; smoothing the
+    // edges of those bars changes nothing one can see, yet cost 40% of a frame at
+    // 1 kHz. A sparser curve shows its shape and keeps its smooth edges.
+    const int dense = 2 * m_customPlot->axisRect()->width() + 2;
+    for (int g = 0; g < m_customPlot->graphCount(); ++g) {
+        QCPGraph *graph = m_customPlot->graph(g);
+        graph->setAntialiased(graph->dataCount() < dense);
+    }
     m_customPlot->replot(QCustomPlot::rpQueuedReplot);
 }
 

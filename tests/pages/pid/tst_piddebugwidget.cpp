@@ -433,6 +433,21 @@ private slots:
                  QStringList({"2400 4800 9600 19200 38400 57600 115200 128000 230400 256000 460800", "5 6 7 8",
                               "N N N", "1 1"}));
     }
+
+    // past two samples per pixel column a curve is drawn as bars, without smoothing
+    void denseCurvesAreDrawnWithoutSmoothing()
+    {
+        const int dense = 2 * m_plot->axisRect()->width() + 2;
+        for (int i = 0; i < dense; ++i)
+            m_plot->graph(5)->addData(i, i % 7);
+        m_plot->graph(0)->addData(0, 1);
+        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
+        QVERIFY(m_plot->graph(0)->antialiased());
+        QVERIFY(!m_plot->graph(5)->antialiased());
+        m_plot->graph(5)->data()->removeBefore(1);
+        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
+        QVERIFY(m_plot->graph(5)->antialiased());
+    }
 };
 
 LARK_TEST_MAIN(TstPidDebugWidget)
