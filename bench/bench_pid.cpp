@@ -4,7 +4,9 @@
 // process CPU per sample and the longest event-loop stall (gap of a 1 ms timer).
 // A second case measures the parser and plot path alone on in-memory receptions.
 #include "LarkBench.h"
+#include "LarkHost.h"
 #include "LarkPtyPair.h"
+#include "MainWindow.h"
 #include "PidDebugWidget.h"
 #include "QtSerialPort.h"
 
@@ -16,7 +18,9 @@
 #include <benchmark/benchmark.h>
 #include <qcustomplot.h>
 
+#include <cmath>
 #include <cstring>
+#include <random>
 #include <sys/resource.h>
 #include <time.h>
 
@@ -201,8 +205,11 @@ static void BM_PidReceptionParse(benchmark::State &state)
             prefill += sampleFrame(i % 5 + 1, i);
         receive(page, prefill);
     }
-    for (auto _ : state)
+    for (auto _ : state) {
         receive(page, chunk);
+        // the points reach the curves at the page's next frame
+        QMetaObject::invokeMethod(&page, "SltReplotFrame");
+    }
     state.SetItemsProcessed(state.iterations() * frames);
     state.SetBytesProcessed(state.iterations() * chunk.size());
 }
@@ -211,6 +218,44 @@ static void BM_PidReceptionParse(benchmark::State &state)
 BENCHMARK(BM_PidReceptionParse)->Arg(1)->Iterations(5000);
 BENCHMARK(BM_PidReceptionParse)->Arg(64)->Iterations(200);
 BENCHMARK(BM_PidReceptionParse)->Arg(4096)->Iterations(5);
+
+// One frame of the page as the program shows it: the two CH1 curves over a full
+// ten-second window of 1 kHz samples with the noise `larksim pid --noise 2` adds, drawn
+// and put on the window. CPU per frame, and what it comes to at 30 and 60 frames a
+// second (the receive path adds to that; BM_PidLiveStream and scripts/pid_cpu.py
+// measure everything together).
+static void BM_PidFrame(benchmark::State &state)
+{
+    QTranslator translator;
+    LarkHost::startLikeTheProgram(translator);
+    MainWindow window;
+    window.show();
+    window.SltTabBarClicked(3);
+    auto *page = window.findChild<PidDebugWidget *>();
+    QCustomPlot *plot = page->customPlot();
+    std::mt19937 rng(1);
+    std::normal_distribution<double> noise(0, 2);
+    for (int i = 0; i < 10000; ++i) {
+        plot->graph(0)->addData(i / 1000.0, 200);
+        plot->graph(5)->addData(i / 1000.0, std::round(200 + noise(rng)));
+    }
+    plot->graph(5)->rescaleValueAxis(false, false);
+    plot->xAxis->setRange(10.25, 10.0, Qt::AlignRight);
+    QCoreApplication::processEvents();
+    double cpu = 0;
+    for (auto _ : state) {
+        const double cpu0 = threadCpuMs();
+        // the page's own frame: its queued replot and the paint run in the event loop
+        QMetaObject::invokeMethod(page, "SltReplotFrame");
+        QCoreApplication::processEvents();
+        cpu += threadCpuMs() - cpu0;
+    }
+    const double perFrame = cpu / double(state.iterations());
+    state.counters["cpu_ms_per_frame"] = perFrame;
+    state.counters["core_percent_at_30fps"] = perFrame * 30 / 10;
+    state.counters["core_percent_at_60fps"] = perFrame * 60 / 10;
+}
+BENCHMARK(BM_PidFrame)->Iterations(300)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {

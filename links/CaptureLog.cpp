@@ -2,26 +2,60 @@
 
 #include <QTextCodec>
 
+#include <cstring>
+
 namespace {
 const char s_timeFormat[] = "yyyy-MM-dd HH:mm:ss.zzz";
 
-// the escaped form of a chunk that is ASCII only, without going through a codec
-// (every codec used here reads ASCII as itself); false when it is not ASCII
-bool escapedAscii(const QByteArray &bytes, QByteArray *out)
+// what escapedAscii does with each byte value
+enum ByteKind : unsigned char { Plain, Escape, NotAscii };
+struct ByteKinds {
+    unsigned char kind[256];
+    constexpr ByteKinds() : kind()
+    {
+        for (int c = 0; c < 256; ++c)
+            kind[c] = c >= 0x80 ? NotAscii : (c < 0x20 || c == 0x7F || c == '\\') ? Escape : Plain;
+    }
+};
+constexpr ByteKinds s_byteKinds;
+
+// " XX" for each byte value, padded to four characters
+struct HexTriples {
+    char text[256][4];
+    constexpr HexTriples() : text()
+    {
+        const char hex[] = "0123456789ABCDEF";
+        for (int c = 0; c < 256; ++c) {
+            text[c][0] = ' ';
+            text[c][1] = hex[c >> 4];
+            text[c][2] = hex[c & 15];
+            text[c][3] = ' ';
+        }
+    }
+};
+constexpr HexTriples s_hexTriples;
+
+// Writes the escaped form of a chunk that is ASCII only to `o`, which has room for
+// four characters per byte, without going through a codec (every codec used here
+// reads ASCII as itself); the end of what it wrote, or null when the chunk is not
+// ASCII. Runs of plain bytes are copied whole: byte by byte appending cost more than
+// all the rest of a capture.
+char *escapedAscii(const QByteArray &bytes, char *o)
 {
     static const char hex[] = "0123456789ABCDEF";
-    // written through a pointer into room for the worst case: appending byte by byte
-    // costs more than all the rest of a capture
-    out->resize(bytes.size() * 4);
-    char *o = out->data();
-    for (char ch : bytes) {
-        const uchar c = uchar(ch);
-        if (c >= 0x80)
-            return false;
-        if (c >= 0x20 && c != 0x7F && c != '\\') {
-            *o++ = ch;
-            continue;
-        }
+    const uchar *p = reinterpret_cast<const uchar *>(bytes.constData());
+    const uchar *const end = p + bytes.size();
+    while (p < end) {
+        const uchar *run = p;
+        while (p < end && s_byteKinds.kind[*p] == Plain)
+            ++p;
+        std::memcpy(o, run, size_t(p - run));
+        o += p - run;
+        if (p == end)
+            break;
+        const uchar c = *p++;
+        if (s_byteKinds.kind[c] == NotAscii)
+            return nullptr;
         *o++ = '\\';
         if (c == '\\')
             *o++ = '\\';
@@ -37,8 +71,21 @@ bool escapedAscii(const QByteArray &bytes, QByteArray *out)
             *o++ = hex[c & 15];
         }
     }
-    out->resize(int(o - out->data()));
-    return true;
+    return o;
+}
+
+// the decimal digits of n >= 0 at o; the end
+char *decimal(qint64 n, char *o)
+{
+    char digits[20];
+    int k = 0;
+    do {
+        digits[k++] = char('0' + n % 10);
+        n /= 10;
+    } while (n > 0);
+    while (k > 0)
+        *o++ = digits[--k];
+    return o;
 }
 
 QByteArray escaped(const QString &text)
@@ -98,34 +145,65 @@ bool unescaped(const QString &text, QString *out)
 
 QByteArray CaptureLog::formatLine(const Entry &entry, QTextCodec *codec)
 {
-    QByteArray line = entry.sent ? "TX " : "RX ";
-    line += entry.time.toString(s_timeFormat).toLatin1();
-    line += " +" + QString::asprintf("%lld.%03lld", entry.sinceStartMs / 1000, entry.sinceStartMs % 1000).toLatin1();
-    QByteArray ascii;
-    if (codec && escapedAscii(entry.bytes, &ascii))
-        return line + " T " + ascii + '\n';
-    if (codec) {
-        const QString text = codec->toUnicode(entry.bytes);
-        if (codec->fromUnicode(text) == entry.bytes)
-            return line + " T " + escaped(text) + '\n';
+    QByteArray line;
+    appendLine(&line, entry.sent, entry.time.toString(s_timeFormat).toLatin1(), entry.sinceStartMs, entry.bytes, codec);
+    return line;
+}
+
+void CaptureLog::appendLine(QByteArray *out, bool sent, const QByteArray &timeText, qint64 sinceStartMs,
+                            const QByteArray &bytes, QTextCodec *codec)
+{
+    // everything is written through a pointer into room for the longest form (four
+    // characters per byte in text, three in hexadecimal), then cut to what was used
+    const int at = out->size();
+    const int room = 3 + timeText.size() + 2 + 24 + 3 + 4 * bytes.size() + 1;
+    out->resize(at + room);
+    char *const head = out->data() + at;
+    char *o = head;
+    std::memcpy(o, sent ? "TX " : "RX ", 3);
+    o += 3;
+    std::memcpy(o, timeText.constData(), size_t(timeText.size()));
+    o += timeText.size();
+    *o++ = ' ';
+    *o++ = '+';
+    if (sinceStartMs >= 0) {
+        o = decimal(sinceStartMs / 1000, o);
+        const int ms = int(sinceStartMs % 1000);
+        *o++ = '.';
+        *o++ = char('0' + ms / 100);
+        *o++ = char('0' + ms / 10 % 10);
+        *o++ = char('0' + ms % 10);
+    } else {
+        // what printf makes of a negative count, whatever that is worth
+        const QByteArray s = QString::asprintf("%lld.%03lld", sinceStartMs / 1000, sinceStartMs % 1000).toLatin1();
+        std::memcpy(o, s.constData(), size_t(qMin(s.size(), 24)));
+        o += qMin(s.size(), 24);
     }
-    // "H " then "XX" per byte separated by spaces, written in place for the same
-    // reason as the text
-    static const char hex[] = "0123456789ABCDEF";
-    const int head = line.size();
-    line.resize(head + 2 + qMax(0, entry.bytes.size() * 3 - 1) + 2);
-    char *o = line.data() + head;
+    if (codec) {
+        std::memcpy(o, " T ", 3);
+        if (char *end = escapedAscii(bytes, o + 3)) {
+            *end++ = '\n';
+            out->resize(at + int(end - head));
+            return;
+        }
+        const QString text = codec->toUnicode(bytes);
+        if (codec->fromUnicode(text) == bytes) {
+            out->resize(at + int(o - head) + 3);
+            *out += escaped(text);
+            *out += '\n';
+            return;
+        }
+    }
+    // "H " then "XX" per byte separated by spaces; each byte's " XX" is copied as four
+    // characters, the fourth overwritten by the next (the room has four per byte)
     *o++ = ' ';
     *o++ = 'H';
-    for (int i = 0; i < entry.bytes.size(); ++i) {
-        const uchar c = uchar(entry.bytes.at(i));
-        *o++ = ' ';
-        *o++ = hex[c >> 4];
-        *o++ = hex[c & 15];
+    for (const char ch : bytes) {
+        std::memcpy(o, s_hexTriples.text[uchar(ch)], 4);
+        o += 3;
     }
     *o++ = '\n';
-    line.resize(int(o - line.data()));
-    return line;
+    out->resize(at + int(o - head));
 }
 
 bool CaptureLog::parseLine(const QByteArray &rawLine, QTextCodec *codec, Entry *entry)

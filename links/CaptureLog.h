@@ -30,6 +30,10 @@ public:
 
     // the line with its '\n'; codec null means hexadecimal
     static QByteArray formatLine(const Entry &entry, QTextCodec *codec);
+    // the same line appended to `out`, the time given as its text (CaptureClock):
+    // a capture writes every chunk this way, straight into what waits for the file
+    static void appendLine(QByteArray *out, bool sent, const QByteArray &timeText, qint64 sinceStartMs,
+                           const QByteArray &bytes, QTextCodec *codec);
     // false for a line that is not one of formatLine's (the codec is the one the
     // log was written with)
     static bool parseLine(const QByteArray &line, QTextCodec *codec, Entry *entry);

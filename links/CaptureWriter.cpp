@@ -1,8 +1,8 @@
 #include "CaptureWriter.h"
+#include "CaptureClock.h"
 #include "CaptureLog.h"
 #include "LinkTap.h"
 
-#include <QDateTime>
 #include <QFileInfo>
 #include <QTimer>
 
@@ -103,12 +103,7 @@ void CaptureWriter::add(bool sent, const QByteArray &bytes)
     if (m_format == Raw) {
         m_pending += bytes;
     } else {
-        CaptureLog::Entry e;
-        e.sent = sent;
-        e.time = QDateTime::currentDateTime();
-        e.sinceStartMs = m_clock.elapsed();
-        e.bytes = bytes;
-        m_pending += CaptureLog::formatLine(e, m_codec);
+        CaptureLog::appendLine(&m_pending, sent, m_wallClock.now(), m_clock.elapsed(), bytes, m_codec);
     }
     if (m_pending.size() >= flushBytes)
         SltFlush();

@@ -1,6 +1,8 @@
 #ifndef CAPTUREWRITER_H
 #define CAPTUREWRITER_H
 
+#include "CaptureClock.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QFile>
@@ -82,6 +84,7 @@ private:
     QByteArray m_pending;
     QTimer *m_timer;
     QElapsedTimer m_clock;
+    CaptureClock m_wallClock;
 };
 
 #endif // CAPTUREWRITER_H

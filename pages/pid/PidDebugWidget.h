@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <QVector>
 
 class GraphConfigWidget;
 class LinkTap;
@@ -85,11 +86,25 @@ private:
     // what one decoded frame does to the edits, the start button and the plot
     void ApplyFrame(const PidReceivedFrame &frame);
     void AddActualSample(int c, int actual);
+    // one RecvActualValue as it reached the page: its channel, its time on the plot
+    // and the two points it makes
+    struct PendingSample {
+        int channel;
+        double key;
+        double target;
+        double actual;
+    };
+    // puts the samples received since the last frame on the curves, as if each had
+    // been put there when it arrived
+    void ApplyPendingSamples();
+    bool CanApplyInBlocks(const QVector<PendingSample> &samples) const;
+    void ApplySample(const PendingSample &sample);
     // the page's one write: the port's bytes and the tap; bytes taken or -1
     qint64 writeToPort(const QByteArray &bytes);
 
-    // samples change the curves at once; the plot is drawn at most once a frame
+    // samples reach the curves and the plot is drawn once a frame
     QTimer *m_replotTimer;
+    QVector<PendingSample> m_pendingSamples;
     QtSerialPortForm *m_portForm;
     QComboBox *m_cbxPortName;
     QComboBox *m_cbxBaudrate;

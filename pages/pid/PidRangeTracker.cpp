@@ -50,7 +50,12 @@ bool PidRangeTracker::valueRange(double &lower, double &upper) const
     return true;
 }
 
-bool PidRangeTracker::rescaleValueAxis(QCPAxis *valueAxis) const
+bool PidRangeTracker::followsInOrder(const QCPGraph *graph, double key) const
+{
+    return m_graph.data() == graph && (m_max.empty() || key >= m_lastKey);
+}
+
+bool PidRangeTracker::rescaledRange(QCPRange &range) const
 {
     double lower, upper;
     if (!valueRange(lower, upper))
@@ -59,9 +64,20 @@ bool PidRangeTracker::rescaleValueAxis(QCPAxis *valueAxis) const
     if (!QCPRange::validRange(newRange)) {
         // constant data: keep the span, centred on the value
         const double center = (newRange.lower + newRange.upper) * 0.5;
-        newRange.lower = center - valueAxis->range().size() / 2.0;
-        newRange.upper = center + valueAxis->range().size() / 2.0;
+        newRange.lower = center - range.size() / 2.0;
+        newRange.upper = center + range.size() / 2.0;
     }
-    valueAxis->setRange(newRange);
+    // what QCPAxis::setRange keeps of it on a linear axis
+    if (QCPRange::validRange(newRange))
+        range = newRange.sanitizedForLinScale();
+    return true;
+}
+
+bool PidRangeTracker::rescaleValueAxis(QCPAxis *valueAxis) const
+{
+    QCPRange range = valueAxis->range();
+    if (!rescaledRange(range))
+        return false;
+    valueAxis->setRange(range);
     return true;
 }

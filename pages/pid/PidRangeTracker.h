@@ -8,6 +8,7 @@
 
 class QCPAxis;
 class QCPGraph;
+class QCPRange;
 
 // Value range of one actual curve, kept up to date sample by sample.
 //
@@ -26,6 +27,11 @@ public:
     void follow(QCPGraph *graph, double cutoff, double key, double value);
     // sets graph's value axis as a rescale to graph would; false if graph is empty
     bool rescaleValueAxis(QCPAxis *valueAxis) const;
+    // the range such a rescale leaves on an axis that had `range`; false if graph is empty
+    bool rescaledRange(QCPRange &range) const;
+    // true when follow(graph, ..., key, ...) goes on from the queues, without reading
+    // the graph's data again
+    bool followsInOrder(const QCPGraph *graph, double key) const;
 
     bool valueRange(double &lower, double &upper) const;
 

@@ -61,12 +61,13 @@ class TstPidDebugWidget : public QObject
         m_page->SltSerialportChanged({m_pty->programShortName()});
     }
     // the board writes; true once the page has taken every byte (its slot runs before
-    // the spy's, so the parser is done by then)
+    // the spy's, so the parser is done by then) and drawn a frame
     bool boardSends(const QByteArray &data)
     {
         auto received = [this] { return LarkTapSpy::joined(*m_reads).size(); };
         const int want = received() + data.size();
-        return m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
+        const bool taken = m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
+        return taken && QMetaObject::invokeMethod(m_page, "SltReplotFrame");
     }
     static QString modalText(std::function<void()> action)
     {
@@ -344,13 +345,26 @@ private slots:
         QTest::newRow("target changes between samples") // one value: the span of 120 stays
             << QList<QByteArray>{boardFrame(3, 2, le(-5)), boardFrame(3, 1, le(8)) + boardFrame(3, 2, le(-5))}
             << "2:0,8 7:-5,-5 y:-65,55";
+        // in the second frame a channel of one value takes the span its neighbour left
+        QTest::newRow("frames of many samples") << QList<QByteArray>{boardFrame(1, 2, le(5)) + boardFrame(2, 2, le(7)),
+                boardFrame(1, 2, le(10)) + boardFrame(1, 2, le(-20)) + boardFrame(1, 2, le(30)) + boardFrame(2, 2, le(7)) + boardFrame(2, 2, le(7))}
+            << "0:0,0,0,0 1:0,0,0 5:5,10,-20,30 6:7,7,7 y:-18,32";
+        QTest::newRow("frames within a millisecond") << QList<QByteArray>{boardFrame(1, 2, le(5)), QByteArray(), boardFrame(1, 2, le(10))}
+                                                     << "0:0,0 5:5,10 y:5,10";
     }
     void samplesBecomeTheSamePoints()
     {
         QFETCH(QList<QByteArray>, reads);
         m_plot->yAxis->setRange(-60, 60);
-        for (const QByteArray &read : reads)
-            emit m_page->serialPort()->bytesRead(read);
+        // a frame after each read, a millisecond apart unless an empty read follows
+        for (int k = 0; k < reads.size(); ++k) {
+            if (reads[k].isEmpty())
+                continue;
+            emit m_page->serialPort()->bytesRead(reads[k]);
+            QMetaObject::invokeMethod(m_page, "SltReplotFrame");
+            for (const qint64 ms = QDateTime::currentMSecsSinceEpoch(); reads.value(k + 1, "x").size() > 0 && ms == QDateTime::currentMSecsSinceEpoch();) {
+            }
+        }
         QStringList got;
         for (int g = 0; g < m_plot->graphCount(); ++g) {
             QStringList values;
@@ -376,6 +390,21 @@ private slots:
                      [&] { if (m_page->serialPort()->isOpen()) button("关闭串口")->click(); }),
                  QStringList({"2400 4800 9600 19200 38400 57600 115200 128000 230400 256000 460800", "5 6 7 8",
                               "N N N", "1 1"}));
+    }
+
+    // past two samples per pixel column a curve is drawn as bars, without smoothing
+    void denseCurvesAreDrawnWithoutSmoothing()
+    {
+        const int dense = 2 * m_plot->axisRect()->width() + 2;
+        for (int i = 0; i < dense; ++i)
+            m_plot->graph(5)->addData(i, i % 7);
+        m_plot->graph(0)->addData(0, 1);
+        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
+        QVERIFY(m_plot->graph(0)->antialiased());
+        QVERIFY(!m_plot->graph(5)->antialiased());
+        m_plot->graph(5)->data()->removeBefore(1);
+        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
+        QVERIFY(m_plot->graph(5)->antialiased());
     }
 };
 
