@@ -77,6 +77,8 @@ class Host:
                 self.ready = True
             elif line.startswith('stall '):
                 self.stall = max(self.stall, int(line.split()[1]))
+            elif line == 'reopened':
+                self.notices.append('+%d s reopened' % (time.time() - self.start))
             elif line.startswith('notify ') and line[7:] not in self.seen:
                 self.seen.add(line[7:])
                 self.notices.append('+%d s %s' % (time.time() - self.start, line[7:]))
