@@ -33,7 +33,7 @@ DEBS = cmake g++ make pkg-config ccache \
        libqt5x11extras5-dev libxcb1-dev \
        libqcustomplot-dev okteta-dev libbenchmark-dev qtdeclarative5-dev libpcre2-dev \
        fonts-wqy-microhei fonts-font-awesome python3-fontforge \
-       xvfb xauth imagemagick socat nginx-light \
+       xvfb xauth imagemagick socat nginx-light zlib1g-dev \
        ser2net
 # only the benchmarks need these: the desktop peers timed for comparison (two hex
 # editors, serial terminals, a network tool) and the X tools that watch them

@@ -7,11 +7,24 @@
 #include <QFile>
 #include <QTextCodec>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 int MyApp::m_nTextCodecIndex = 1;
 int MyApp::m_nSkinStyle = 0;
 
 void MyApp::InitApp()
 {
+#ifdef __GLIBC__
+    // A fast link shows megabytes a second as text, in chunks of a few hundred
+    // kilobytes to a few megabytes. glibc raises its mmap threshold each time such a
+    // chunk is freed, up to 32 MB, and then serves them from the heap, which the small
+    // allocations between them keep from shrinking: over a long HEX session the program
+    // held a gigabyte it no longer used. Fixed thresholds give every large block back.
+    mallopt(M_MMAP_THRESHOLD, 64 * 1024);
+    mallopt(M_TRIM_THRESHOLD, 128 * 1024);
+#endif
     // The locale codec is GB18030 whatever the text codec setting says.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("gb18030"));
     CheckDirs({"conf", "download"});

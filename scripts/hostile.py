@@ -52,7 +52,10 @@ class Host:
         exe = os.path.join(build, 'bench', 'hostile_host.d', 'lark_hostile_host')
         self.proc = subprocess.Popen([exe, mode, port], stdout=subprocess.PIPE, text=True,
                                      env=dict(os.environ, QT_QPA_PLATFORM='offscreen'))
-        self.stall, self.peak, self.notices = 0, 0.0, []
+        # each notice once, with the second of the run it first came in: a port closed
+        # half way through is read differently from one closed at the end
+        self.stall, self.peak, self.notices, self.seen = 0, 0.0, [], set()
+        self.start = time.time()
         self.ready = False
         deadline = time.time() + 30
         while not self.ready and time.time() < deadline:
@@ -74,8 +77,11 @@ class Host:
                 self.ready = True
             elif line.startswith('stall '):
                 self.stall = max(self.stall, int(line.split()[1]))
-            elif line.startswith('notify ') and line[7:] not in self.notices:
-                self.notices.append(line[7:])
+            elif line == 'reopened':
+                self.notices.append('+%d s reopened' % (time.time() - self.start))
+            elif line.startswith('notify ') and line[7:] not in self.seen:
+                self.seen.add(line[7:])
+                self.notices.append('+%d s %s' % (time.time() - self.start, line[7:]))
             timeout = 0.0
 
     def settle(self, seconds=2.0):

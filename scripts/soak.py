@@ -5,15 +5,18 @@ HEX view, then text lines in log mode, each reopened in the same session. Every
 INTERVAL seconds it samples the program's resident memory, its CPU share since the
 last sample and the bytes it has read; it writes them to soak.csv and draws soak.png
 (memory and CPU against megabytes received) in OUT, and prints the peak memory, the
-longest event-loop stall and whether memory stayed under the bound.
+longest event-loop stall and whether memory stayed under the bound. The link is
+captured to OUT/capture.bin the whole time (--no-capture: not), and the bytes the boards
+sent are set against those the capture holds.
 
-usage: soak.py BUILD OUT [--hex-mb N] [--text-mb N] [--interval S] [--bound-mb N]
+usage: soak.py BUILD OUT [--hex-mb N] [--text-mb N] [--interval S] [--bound-mb N] [--no-capture]
 Defaults are the full session: 2700 MB in HEX, then 330 MB of text (hours)."""
 import argparse
 import csv
 import os
 import re
 import select
+import signal
 import subprocess
 import sys
 import time
@@ -22,6 +25,24 @@ from larkproc import cpu_seconds
 
 BURST = 4096  # bytes of one larksim binary burst
 LINE = 40     # about the bytes of one larksim GB18030 line
+# larksim's text lines (sim/TextSource.cpp), to count the bytes a phase sends
+LINES = ['temp=25.3 状态正常 <ok> 计数 %d', '电机转速 1500 rpm, 电流 0.42 A, 第%d行',
+         'ADC: 1023 2047 3071 警告：电压偏低 #%d', '[info] 传感器初始化完成 (id=%d)']
+
+
+def sent_bytes(kind, count):
+    if kind == 'hex':
+        return count * BURST
+    fixed = [len((line % 0).encode('gb18030')) - 1 + 2 for line in LINES]
+    total, n, width = 0, 0, 1
+    while n < count:  # lines of the same number width, in one go per width
+        end = min(count, 10 ** width)
+        for k in range(4):
+            first = n + (k - n) % 4
+            if first < end:
+                total += ((end - 1 - first) // 4 + 1) * (fixed[k] + width)
+        n, width = end, width + 1
+    return total
 
 
 def rss_mb(pid):
@@ -61,6 +82,7 @@ def main():
     ap.add_argument('--text-mb', type=float, default=330)
     ap.add_argument('--interval', type=float, default=10)
     ap.add_argument('--bound-mb', type=float, default=400)
+    ap.add_argument('--no-capture', action='store_true')
     opt = ap.parse_args()
     os.makedirs(opt.out, exist_ok=True)
     env = dict(os.environ, QT_QPA_PLATFORM='offscreen')
@@ -68,10 +90,17 @@ def main():
     phases = [('hex', opt.hex_mb, int(opt.hex_mb * 1e6 / BURST)),
               ('text', opt.text_mb, int(opt.text_mb * 1e6 / LINE))]
     board, port = start_board(opt.build, 'hex', phases[0][2])
+    capture = [] if opt.no_capture else ['--capture', os.path.join(opt.out, 'capture.bin')]
     host = subprocess.Popen([os.path.join(opt.build, 'bench', 'serial_host.d', 'lark_serial_host'), port,
-                             '--hex', '--heartbeat'], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                             '--hex', '--heartbeat'] + capture, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                             text=True, env=env)
-    rows, stall, phase, reopens = [], 0, 0, 0
+    rows, stall, phase, reopens, captured, cut = [], 0, 0, 0, 0, False
+    # written as it goes, so that a session cut short (SIGTERM or Ctrl+C: the summary
+    # and the curve of what was measured still come) leaves its samples
+    table = open(os.path.join(opt.out, 'soak.csv'), 'w', newline='')
+    w = csv.writer(table)
+    w.writerow(['seconds', 'phase', 'read_mb', 'rss_mb', 'cpu_percent'])
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     start = time.time()
     last_t, last_cpu = start, 0.0
     next_sample = start + opt.interval
@@ -84,12 +113,16 @@ def main():
                     raise RuntimeError('the program ended')
                 if line.startswith('stall '):
                     stall = max(stall, int(line.split()[1]))
+                elif line.startswith('captured '):
+                    captured = int(line.split()[1])
             now = time.time()
             if now >= next_sample:
                 cpu = cpu_seconds(host.pid)
                 rows.append((round(now - start, 1), phases[phase][0], round(read_mb(host.pid), 1),
                              round(rss_mb(host.pid), 1), round(100 * (cpu - last_cpu) / (now - last_t), 1)))
                 print('%8.0f s  %-4s  %8.1f MB read  %7.1f MB RSS  %5.1f %% CPU' % rows[-1], flush=True)
+                w.writerow(rows[-1])
+                table.flush()
                 last_t, last_cpu = now, cpu
                 next_sample += opt.interval
                 # a change in the machine's port count closes the page's port (other
@@ -107,20 +140,29 @@ def main():
                 board, port = start_board(opt.build, 'text', phases[phase][2])
                 host.stdin.write('reopen %s text log\n' % port)
                 host.stdin.flush()
+    except KeyboardInterrupt:
+        print('cut short in phase %s' % phases[phase][0], flush=True)
+        cut = True
     finally:
+        table.close()
         if board.poll() is None:
             board.terminate()
         host.terminate()
         host.wait()
 
-    with open(os.path.join(opt.out, 'soak.csv'), 'w', newline='') as f:
-        w = csv.writer(f)
-        w.writerow(['seconds', 'phase', 'read_mb', 'rss_mb', 'cpu_percent'])
-        w.writerows(rows)
     peak = max(r[3] for r in rows) if rows else 0.0
     print('peak RSS %.1f MB (bound %.0f MB: %s), longest stall %d ms, %.1f MB read, %d reopens'
           % (peak, opt.bound_mb, 'kept' if peak < opt.bound_mb else 'EXCEEDED', stall,
              rows[-1][2] if rows else 0.0, reopens))
+    if capture and cut:
+        print('the capture holds %d bytes (what the boards sent is known for whole phases only)' % captured)
+    elif capture:
+        # bytes a closed port missed are gone before the page sees them: a reopen may
+        # account for a shortfall, nothing may account for a surplus
+        sent = sum(sent_bytes(kind, count) for kind, _, count in phases[:phase])
+        print('boards sent %d bytes, the capture holds %d (%s), file %d bytes'
+              % (sent, captured, 'all' if captured == sent else '%+d' % (captured - sent),
+                 os.path.getsize(capture[1]) if os.path.exists(capture[1]) else -1))
     try:
         import matplotlib
         matplotlib.use('Agg')

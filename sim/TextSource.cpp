@@ -10,6 +10,7 @@
 #include <cstring>
 
 namespace {
+const qint64 MaximumBacklog = 1 << 20;
 const char *const s_lines[] = {
     "temp=25.3 状态正常 <ok> 计数 %1",
     "电机转速 1500 rpm, 电流 0.42 A, 第%1行",
@@ -98,9 +99,11 @@ void TextSource::start()
 void TextSource::tick()
 {
     if (!m_endpoint->hasPeer()) {
-        // the pace starts when a peer is there
+        // The pace starts when a peer is there; the count goes on across peers, so a
+        // board told to send N items ends after N whatever reopens came between.
         m_clock.restart();
-        m_items = m_bytes = 0;
+        m_paceItems = m_items;
+        m_bytes = 0;
         return;
     }
     const double seconds = m_clock.nsecsElapsed() / 1e9;
@@ -109,7 +112,12 @@ void TextSource::tick()
         if (m_opt.count >= 0 && m_items >= m_opt.count)
             break;
         if (m_opt.bytesPerSecond > 0 ? m_bytes + out.size() >= seconds * m_opt.bytesPerSecond
-                                     : m_items >= qint64(seconds * m_opt.linesPerSecond) + 1)
+                                     : m_items - m_paceItems >= qint64(seconds * m_opt.linesPerSecond) + 1)
+            break;
+        // A link that drains slower than the pace (a closed port, a reader that stalls)
+        // holds the board back rather than piling the backlog up in memory: at a pace
+        // of gigabytes a second the backlog would outgrow any buffer within seconds.
+        if (m_endpoint->pending() + out.size() >= MaximumBacklog)
             break;
         out += item(m_items++);
     }

@@ -48,6 +48,7 @@ private:
     QTimer *m_timer;
     QElapsedTimer m_clock;
     qint64 m_items = 0;
+    qint64 m_paceItems = 0; // m_items when the pace last started
     qint64 m_bytes = 0;
 };
 

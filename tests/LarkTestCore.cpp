@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <sys/mount.h>
 #include <unistd.h>
@@ -54,6 +55,35 @@ ReadOnlyFolder::~ReadOnlyFolder()
     if (m_bMounted)
         ::umount(m_strPath.toLocal8Bit());
     QFile::setPermissions(m_strPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QString diskFaults(const std::function<bool(const QString &path)> &write)
+{
+    QTemporaryDir dir;
+    const QString full = dir.filePath("full");
+    QDir().mkpath(full);
+    if (::mount("tmpfs", QFile::encodeName(full).constData(), "tmpfs", 0, "size=64k") != 0)
+        return "-";
+    QFile target(full + "/target"), filler(full + "/filler");
+    if (target.open(QIODevice::WriteOnly))
+        target.write("original\n");
+    target.close();
+    filler.open(QIODevice::WriteOnly);
+    while (filler.write(QByteArray(4096, 'x')) > 0 && filler.flush()) {
+    }
+    filler.close();
+    QString fault = write(target.fileName()) ? "a write to a full disk succeeded; " : "";
+    target.open(QIODevice::ReadOnly);
+    if (target.readAll() != "original\n")
+        fault += "the file on the full disk changed; ";
+    if (QDir(full).entryList(QDir::Files) != QStringList({"filler", "target"}))
+        fault += "left on the full disk: " + QDir(full).entryList(QDir::Files).join(' ') + "; ";
+    target.close();
+    ::umount(QFile::encodeName(full).constData());
+    // a folder that is not there any more is one that never was, for the writer
+    if (write(dir.filePath("gone/target")))
+        fault += "a write into a removed folder succeeded";
+    return fault;
 }
 
 } // namespace LarkTest

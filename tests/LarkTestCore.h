@@ -5,6 +5,8 @@
 #include <QString>
 #include <QTest>
 
+#include <functional>
+
 // What every test executable needs, widgets or not.
 namespace LarkTest {
 
@@ -35,6 +37,12 @@ private:
     bool m_bReady = false;
 };
 
+// Calls write(path) where a writer must fail: on a full disk (a 64 KiB tmpfs, filled
+// up after path was given the line "original") and in a folder that was removed.
+// Empty when both calls returned false and the file on the full disk is still whole
+// with nothing left beside it, else what went wrong; "-" where mounting is not allowed.
+QString diskFaults(const std::function<bool(const QString &path)> &write);
+
 template <class App, class Test>
 int runTest(int argc, char **argv)
 {
@@ -51,6 +59,15 @@ int runTest(int argc, char **argv)
 }
 
 } // namespace LarkTest
+
+// the check of diskFaults, skipped where it cannot run
+#define LARK_VERIFY_DISK_FAULTS(write) \
+    do { \
+        const QString fault = LarkTest::diskFaults(write); \
+        if (fault == "-") \
+            QSKIP("mounting a tmpfs is not allowed here"); \
+        QVERIFY2(fault.isEmpty(), qPrintable(fault)); \
+    } while (false)
 
 // main() of a test class that needs no widgets
 #define LARK_TEST_GUILESS_MAIN(Class) \

@@ -50,6 +50,14 @@ QtUpdateDialog::QtUpdateDialog(QWidget *parent)
 
 QtUpdateDialog::~QtUpdateDialog()
 {
+    // There is no time-out: a stalled server is left by closing the dialog, and what
+    // it sent so far must not wait in the download folder as if it were an update.
+    if (m_reply && !m_reply->isFinished()) {
+        m_manager->disconnect(this);
+        m_reply->disconnect(this);
+        m_reply->abort();
+        QFile::remove(m_strTempFile);
+    }
     m_manager->deleteLater();
 }
 
@@ -138,6 +146,15 @@ void QtUpdateDialog::SltCheckVersion()
 
 void QtUpdateDialog::SltNetworkReply(QNetworkReply *reply)
 {
+    // A download cut off (reset, fewer bytes than announced) never reaches the unpacking:
+    // say so, drop the part, and let the user try again. A failed version check stays
+    // silent, as it always has.
+    if (reply == m_reply && reply->error() != QNetworkReply::NoError) {
+        QFile::remove(m_strTempFile);
+        m_textBrowser->append(QString("下载未完成(%1)，程序未做任何更改！").arg(reply->errorString()));
+        m_btnUpdate->setEnabled(true);
+        return;
+    }
     // the download ends here too, its body long since read by SltReadFiles
     handleVersionReply(reply->readAll());
 }
@@ -258,10 +275,14 @@ bool QtUpdateDialog::unpackArchive(const QString &zipPath, const QString &target
     m_progressBar->setMaximum(archive.count());
     m_progressBar->setValue(0);
     // the name is listed before the bar moves, so the bar never runs ahead of the list
-    return archive.unpack(targetDir, [this](int index, const QString &name, bool skipped) {
+    const bool unpacked = archive.unpack(targetDir, [this](int index, const QString &name, bool skipped) {
         m_textBrowser->insertPlainText((skipped ? "已跳过: " + name : name) + "\r\n");
         m_progressBar->setValue(index);
     });
+    // refused before a byte was written: the program is the old one, whole
+    if (!unpacked)
+        m_textBrowser->append(archive.errorString() + "，程序未做任何更改！");
+    return unpacked;
 }
 
 bool QtUpdateDialog::restartProgram(const QString &programDir)

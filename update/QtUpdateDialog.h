@@ -34,7 +34,8 @@ public:
     bool finishDownload(qint64 received, qint64 total);
     // Unpacks zipPath over targetDir, listing every entry in the text view; entries
     // that would land outside targetDir and link entries are skipped and named.
-    // False when the archive cannot be read.
+    // False when the archive cannot be read, or is refused whole (the reason joins the
+    // view; nothing is written then).
     bool unpackArchive(const QString &zipPath, const QString &targetDir);
     // Starts programDir/larkTools as a detached process; the path may hold blanks.
     static bool restartProgram(const QString &programDir);

@@ -4,8 +4,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStorageInfo>
 
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,8 +15,16 @@
 
 UpdateArchive::UpdateArchive(const QString &zipPath)
     : m_reader(new QZipReader(zipPath))
-    , m_rawNames(UpdateProtocol::rawZipEntryNames(zipPath))
+    , m_file(zipPath)
 {
+    // mapped, not read: the archive is judged and unpacked straight from the page cache
+    if (m_file.open(QIODevice::ReadOnly) && m_file.size() > 0 && m_file.size() < INT_MAX) {
+        if (const uchar *bytes = m_file.map(0, m_file.size())) {
+            m_bIndexed = m_index.read(QByteArray::fromRawData(reinterpret_cast<const char *>(bytes), int(m_file.size())));
+            for (const UpdateZipIndex::Entry &entry : m_index.entries())
+                m_rawNames << entry.name;
+        }
+    }
 }
 
 UpdateArchive::~UpdateArchive() = default;
@@ -29,9 +39,44 @@ int UpdateArchive::count() const
     return isReadable() ? m_reader->count() : 0;
 }
 
+static QString megabytes(qint64 bytes)
+{
+    return QString::number(bytes / 1048576.0, 'f', 1);
+}
+
+QString UpdateArchive::refusal(const QString &targetDir) const
+{
+    if (!m_bIndexed)
+        return QString("升级文件已损坏(%1)").arg(m_index.error().isEmpty() ? "无法读取" : m_index.error());
+    const QVector<UpdateZipIndex::Entry> &entries = m_index.entries();
+    if (entries.size() > MaximumEntries)
+        return QString("升级文件条目过多(%1个，最多%2个)").arg(entries.size()).arg(MaximumEntries);
+    qint64 total = 0;
+    for (const UpdateZipIndex::Entry &entry : entries)
+        total += entry.size;
+    if (total > MaximumUnpackedBytes)
+        return QString("升级文件解压后过大(%1MB，最多%2MB)").arg(megabytes(total), megabytes(MaximumUnpackedBytes));
+    // counted whole although files are overwritten in place: a disk that fills up
+    // half way through would leave a program that is neither version
+    const qint64 available = QStorageInfo(targetDir).bytesAvailable();
+    if (available >= 0 && total > available)
+        return QString("磁盘空间不足(解压需%1MB，可用%2MB)").arg(megabytes(total), megabytes(available));
+    // every entry inflated once before anything is written: a bad one at the end must
+    // not find the first ones already over the old program
+    QByteArray data;
+    for (int k = 0; k < entries.size(); ++k) {
+        if (!m_index.data(k, &data))
+            return QString("升级文件已损坏(%1)").arg(entries.at(k).name);
+    }
+    return QString();
+}
+
 bool UpdateArchive::unpack(const QString &targetDir, const Progress &progress) const
 {
     if (!isReadable())
+        return false;
+    m_error = refusal(targetDir);
+    if (!m_error.isEmpty())
         return false;
     const QString base = targetDir + "/";
     const QVector<QZipReader::FileInfo> entries = m_reader->fileInfoList();
@@ -49,10 +94,10 @@ bool UpdateArchive::unpack(const QString &targetDir, const Progress &progress) c
         if (entry.isDir) {
             QDir().mkpath(base + entry.filePath);
         } else if (entry.isFile) {
-            // looked up by the stored name; the tidied one may not match it
-            QByteArray data = m_reader->fileData(rawName);
-            if (data.isEmpty() && entry.size > 0)
-                data = m_reader->fileData(entry.filePath);
+            // by position, from the index judged above: the reader would look it up by
+            // the tidied name and trust the stated size
+            QByteArray data;
+            m_index.data(k, &data);
             QFile file(base + entry.filePath);
             if (file.open(QIODevice::ReadWrite)) {
                 file.write(data);

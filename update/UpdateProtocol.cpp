@@ -1,11 +1,12 @@
 #include "UpdateProtocol.h"
 
+#include "UpdateZipIndex.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtEndian>
 
 namespace UpdateProtocol {
 
@@ -73,38 +74,12 @@ QStringList rawZipEntryNames(const QString &zipPath)
     QFile file(zipPath);
     if (!file.open(QIODevice::ReadOnly))
         return QStringList();
-    const QByteArray data = file.readAll();
-    const auto u16 = [&data](int pos) { return int(qFromLittleEndian<quint16>(data.constData() + pos)); };
-    const auto u32 = [&data](int pos) { return qFromLittleEndian<quint32>(data.constData() + pos); };
-
-    // the end-of-central-directory record sits in the last 22 + 65535 bytes
-    int eocd = -1;
-    for (int pos = data.size() - 22; pos >= 0 && pos >= data.size() - 22 - 0xffff; --pos) {
-        if (u32(pos) == 0x06054b50) {
-            eocd = pos;
-            break;
-        }
-    }
-    if (eocd < 0)
+    UpdateZipIndex index;
+    if (!index.read(file.readAll()))
         return QStringList();
-
-    const int count = u16(eocd + 10);
-    qint64 pos = u32(eocd + 16);
     QStringList names;
-    for (int i = 0; i < count; ++i) {
-        if (pos < 0 || pos + 46 > data.size() || u32(int(pos)) != 0x02014b50)
-            return QStringList();
-        const int p = int(pos);
-        const int nameLen = u16(p + 28);
-        const int extraLen = u16(p + 30);
-        const int commentLen = u16(p + 32);
-        if (p + 46 + nameLen > data.size())
-            return QStringList();
-        const QByteArray raw = data.mid(p + 46, nameLen);
-        // bit 11: the name is UTF-8
-        names << ((u16(p + 8) & 0x0800) ? QString::fromUtf8(raw) : QString::fromLocal8Bit(raw));
-        pos += 46 + nameLen + extraLen + commentLen;
-    }
+    for (const UpdateZipIndex::Entry &entry : index.entries())
+        names << entry.name;
     return names;
 }
 

@@ -3,7 +3,7 @@
 #include "NumberTool.h"
 #include "QtFileDialog.h"
 
-#include <QFile>
+#include <QSaveFile>
 
 QByteArray QtRecvSaveFormat::saveBytes(const QString &fileName, const QString &viewText)
 {
@@ -29,10 +29,16 @@ QtRecvSaveFormat::Notice QtRecvSaveFormat::save(QWidget *dialogParent, const QSt
         if (name.isEmpty())
             return Notice();
     }
-    QFile file(name);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+    // written beside the file and renamed over it: a full disk or a folder gone leaves
+    // an older file of the same name whole, and says the save failed
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly))
         return Notice("文件保存失败!", 255);
     file.write(saveBytes(name, text));
-    file.close();
+    // Qt's commit renames even when the buffered last write failed: flush first
+    if (!file.flush())
+        file.cancelWriting();
+    if (!file.commit())
+        return Notice("文件保存失败!", 255);
     return Notice("文件保存完成!", 0);
 }

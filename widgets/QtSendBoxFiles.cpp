@@ -1,6 +1,7 @@
 #include "QtSendBoxFiles.h"
 
 #include <QFile>
+#include <QSaveFile>
 #include <QTextStream>
 
 QStringList QtSendBoxFiles::readHistory(const QString &path)
@@ -21,16 +22,21 @@ QStringList QtSendBoxFiles::readHistory(const QString &path)
     return words;
 }
 
+// The lists are written as the program ends, when nobody can be told of a failure:
+// written beside and renamed over, so a full disk keeps the lists of the last run.
 bool QtSendBoxFiles::writeHistory(const QString &path, const QStringList &entries)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
         return false;
     QTextStream out(&file);
     for (const QString &entry : entries)
-        out << entry << Qt::endl;
-    file.close();
-    return true;
+        out << entry << "\n";
+    out.flush();
+    // Qt's commit renames even when the buffered last write failed: flush first
+    if (!file.flush())
+        file.cancelWriting();
+    return file.commit();
 }
 
 bool QtSendBoxFiles::parseMultiLine(const QByteArray &line, int &key, QString &text)
@@ -68,13 +74,15 @@ QMap<int, QString> QtSendBoxFiles::readMultiConfig(const QString &path)
 
 bool QtSendBoxFiles::writeMultiConfig(const QString &path, const QMap<int, QString> &data)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
         return false;
     QTextStream out(&file);
     for (auto it = data.constBegin(); it != data.constEnd(); ++it)
         out << it.key() << "#" << it.value() << "\n";
     out.flush();
-    file.close();
-    return true;
+    // Qt's commit renames even when the buffered last write failed: flush first
+    if (!file.flush())
+        file.cancelWriting();
+    return file.commit();
 }

@@ -13,6 +13,7 @@
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
+#include "QtSerialPort.h"
 #include "UiSkin.h"
 
 #include <QApplication>
@@ -102,6 +103,23 @@ int main(int argc, char *argv[])
         }
         say("ready");
     });
+    // A change in the machine's port count (other programs making /dev links) closes
+    // the PID page's port as if it were pulled: open it again, as a user would, so that
+    // a long run measures the page and not the neighbours.
+    QTimer reopen;
+    if (mode == "pid") {
+        auto *pid = static_cast<PidDebugWidget *>(page);
+        QObject::connect(&reopen, &QTimer::timeout, pid, [pid, port] {
+            if (pid->serialPort()->isOpen())
+                return;
+            pid->SltSerialportChanged({port});
+            QMetaObject::invokeMethod(pid, "SltOpenSerialport");
+            say("reopened");
+        });
+        // watched only once the first open (at 1.5 s) has been made
+        reopen.setInterval(1000);
+        QTimer::singleShot(2000, &reopen, SLOT(start()));
+    }
     return app.exec();
 }
 

@@ -1,12 +1,16 @@
 // lark_serial_host: the whole program, started as larkTools starts, with the serial page
 // already open on the port named on the command line. The comparison with other
 // terminals (scripts/serial_vs_putty.py) measures this process while a board writes.
-//   lark_serial_host PORT [--hex] [--log] [--heartbeat]   PORT as the port box takes it: "pts/3"
+//   lark_serial_host PORT [--hex] [--log] [--heartbeat] [--capture FILE]   PORT as the port box takes it: "pts/3"
+// --capture records the page's link to FILE from the first open on, as "开始记录…" does,
+// across every reopen; "captured BYTES" is printed with each heartbeat line.
 // --heartbeat prints "stall MS" each second: the longest the event loop went without
 // running a 10 ms timer in that second, less the 10 ms. Lines on stdin of the form
 // "reopen PORT hex|text [log]" close the port and open PORT in that view, so that one
 // session can take several streams (scripts/soak.py).
 #include "../LarkHost.h"
+#include "CaptureWriter.h"
+#include "LinkTools.h"
 #include "MainWindow.h"
 #include "MyApp.h"
 #include "QSerialPorCheck.h"
@@ -76,12 +80,28 @@ int main(int argc, char *argv[])
     LarkHost::StallMeter stalls;
     if (args.contains("--heartbeat"))
         stalls.start();
-    QTimer::singleShot(1500, page, [page, args, open] {
+    const int captureArg = args.indexOf("--capture");
+    const QString capturePath = captureArg > 0 ? args.value(captureArg + 1) : QString();
+    LinkTools *links = window.findChild<LinkTools *>();
+    QTimer captureReport;
+    QObject::connect(&captureReport, &QTimer::timeout, [links] {
+        std::printf("captured %lld\n", static_cast<long long>(links->capture(0)->totalBytes()));
+        std::fflush(stdout);
+    });
+    QTimer::singleShot(1500, page, [page, args, open, links, capturePath, &captureReport] {
         open(args.at(1), args.contains("--hex"), args.contains("--log"));
         if (!page->serialport()->isOpen()) {
             std::fprintf(stderr, "could not open /dev/%s\n", qPrintable(args.at(1)));
             QCoreApplication::exit(1);
             return;
+        }
+        if (!capturePath.isEmpty()) {
+            if (!links->startCapture(0, capturePath, false)) {
+                std::fprintf(stderr, "could not capture to %s\n", qPrintable(capturePath));
+                QCoreApplication::exit(1);
+                return;
+            }
+            captureReport.start(1000);
         }
         std::printf("open\n");
         std::fflush(stdout);

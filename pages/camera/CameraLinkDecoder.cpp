@@ -219,6 +219,8 @@ void CameraLinkDecoder::parseJpegData(int appended, std::vector<CameraLinkEvent>
     m_nJpegEnd = m_recvBuffer.indexOf(QByteArray::fromRawData(Eoi, 2), eoiFrom);
     if (m_nJpegEnd == -1) {
         m_eoiScanFrom = qMax(0, m_recvBuffer.size() - 1);
+        if (m_recvBuffer.size() > MaximumJpegImage)
+            dropUnendedJpeg(events);
         return;
     }
     CameraLinkEvent image{CameraLinkEvent::DrawJpeg};
@@ -231,4 +233,23 @@ void CameraLinkDecoder::parseJpegData(int appended, std::vector<CameraLinkEvent>
     // the rest has not been searched yet
     m_soiScanFrom = m_eoiScanFrom = 0;
     events.push_back(event(CameraLinkEvent::RefreshCounts));
+}
+
+void CameraLinkDecoder::dropUnendedJpeg(std::vector<CameraLinkEvent> &events)
+{
+    // One search and one cut, however many SOIs the stream repeats: the start kept is
+    // the first one from which what follows fits the bound.
+    const int from = m_recvBuffer.size() - MaximumJpegImage;
+    const int soi = m_recvBuffer.indexOf(QByteArray::fromRawData(Soi, 2), from);
+    m_recvBuffer.remove(0, soi != -1 ? soi : m_recvBuffer.size() - 1);
+    m_nJpegStart = soi != -1 ? 0 : -1;
+    m_soiScanFrom = 0;
+    // everything left was searched for an EOI already
+    m_eoiScanFrom = qMax(0, m_recvBuffer.size() - 1);
+    // in the status bar, where it stays: the images stop and the user wants to know why
+    CameraLinkEvent note{CameraLinkEvent::Notify};
+    note.text = QString("JPEG数据超过%1MB仍无结束标记，已丢弃").arg(MaximumJpegImage >> 20);
+    events.push_back(note);
+    if (soi != -1)
+        events.push_back(event(CameraLinkEvent::RestartFrameTimer));
 }

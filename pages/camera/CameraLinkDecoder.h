@@ -24,7 +24,10 @@
 //
 // JPEG mode cuts the buffer at the first EOI (0xFF 0xD9), one image a chunk. Marker
 // searches start where the previous search ended, less one byte for a marker split
-// over two chunks, so a long stream without markers costs linear time.
+// over two chunks, so a long stream without markers costs linear time. A stream that
+// never ends its image is held to MaximumJpegImage: past it, the bytes up to the last
+// SOI that leaves no more than that are let go (all but the last byte when there is
+// none, which may open a marker) and the page is told.
 class CameraLinkDecoder
 {
 public:
@@ -39,6 +42,9 @@ public:
     // (a broken or lying board) would take the memory with it: such a frame is answered
     // as failing the check and its bytes are let go until the next head.
     static constexpr qint32 MaximumImageFrame = 4096 * 4096 * 3 + 12;
+    // The most kept while a JPEG waits for its EOI: above the raw frame's bound, since
+    // a JPEG of noise at full quality can outgrow its raw pixels.
+    static constexpr qint32 MaximumJpegImage = 64 << 20;
 
     // one received chunk; what the page must do is appended to events
     void receive(const QByteArray &chunk, const Options &options, std::vector<CameraLinkEvent> &events);
@@ -62,6 +68,8 @@ private:
     // Case "expecting a head"
     void parseHead(const Options &options, std::vector<CameraLinkEvent> &events);
     void parseJpegData(int appended, std::vector<CameraLinkEvent> &events);
+    // the bound of a JPEG that does not end; the buffer holds no EOI when called
+    void dropUnendedJpeg(std::vector<CameraLinkEvent> &events);
     void removeFront(qint64 n);
 
     QByteArray m_recvBuffer;

@@ -1,7 +1,10 @@
 #include "RegisterTableFile.h"
 
 #include <QAbstractItemModel>
+#include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
 #include <QIODevice>
 #include <QTextStream>
 
@@ -53,9 +56,19 @@ bool RegisterTableFile::load(const QString &path, QAbstractItemModel *model)
 
 bool RegisterTableFile::save(const QString &path, const QAbstractItemModel *model)
 {
+    // Written in place, without truncation, as the format has always been (an older,
+    // longer file keeps its tail). So that a full disk cannot leave half a new table
+    // over the old one, the table is made first and refused when the disk lacks the
+    // room it grows by.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    write(buffer, model);
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite))
         return false;
-    write(file, model);
-    return true;
+    const qint64 growth = bytes.size() - file.size();
+    if (growth > 0 && QStorageInfo(QFileInfo(path).absolutePath()).bytesAvailable() < growth + 4096)
+        return false;
+    return file.write(bytes) == bytes.size() && file.flush();
 }

@@ -26,7 +26,8 @@ public:
     // import reads it too, which users' files depend on.
     static void write(QIODevice &file, const QAbstractItemModel *model);
 
-    // read and write on the named file; false when it cannot be opened. save opens the
+    // read and write on the named file; false when it cannot be opened (for save also
+    // when the disk lacks the room the table grows by, or a write fails). save opens the
     // file read-write, not truncated, as write requires.
     static bool load(const QString &path, QAbstractItemModel *model);
     static bool save(const QString &path, const QAbstractItemModel *model);

@@ -1,7 +1,7 @@
 #include "PidExport.h"
 
 #include <QBuffer>
-#include <QFile>
+#include <QSaveFile>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -52,10 +52,13 @@ QByteArray PidExport::text() const
 
 bool PidExport::write(const QString &fileName) const
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate))
+    // renamed over the old file once whole: a full disk leaves an older export intact
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
         return false;
     file.write(text());
-    file.close();
-    return true;
+    // Qt's commit renames even when the buffered last write failed: flush first
+    if (!file.flush())
+        file.cancelWriting();
+    return file.commit();
 }

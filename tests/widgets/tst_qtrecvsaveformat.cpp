@@ -46,6 +46,11 @@ private slots:
         QCOMPARE(QtRecvSaveFormat::save(nullptr, "data", "/nonexistent-dir/x.txt"),
                  QtRecvSaveFormat::Notice("文件保存失败!", 255));
     }
+
+    void aFullDiskOrAFolderGoneFailsAndKeepsTheOldFile()
+    {
+        LARK_VERIFY_DISK_FAULTS([](const QString &path) { return QtRecvSaveFormat::save(nullptr, "41 42", path).second != 255; });
+    }
 };
 
 LARK_TEST_MAIN(TstQtRecvSaveFormat)

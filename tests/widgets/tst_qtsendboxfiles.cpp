@@ -76,6 +76,13 @@ private slots:
         QCOMPARE(QtSendBoxFiles::readHistory(m_dir.filePath("missing.txt")), QStringList());
         QVERIFY(!QtSendBoxFiles::writeHistory(m_dir.filePath("no/dir.txt"), {"x"}));
     }
+
+    // written as the program ends: a full disk keeps the lists of the last run
+    void aFullDiskOrAFolderGoneFailsAndKeepsTheOldLists()
+    {
+        LARK_VERIFY_DISK_FAULTS([](const QString &path) { return QtSendBoxFiles::writeHistory(path, {"AT"}); });
+        LARK_VERIFY_DISK_FAULTS([](const QString &path) { return QtSendBoxFiles::writeMultiConfig(path, {{1, "AT"}}); });
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstQtSendBoxFiles)

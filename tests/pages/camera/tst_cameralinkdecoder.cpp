@@ -206,6 +206,12 @@ private slots:
         const int app1 = b.size() + 2;
         const QByteArray withThumb = a.left(2) + "\xFF\xE1" + char(app1 >> 8) + char(app1 & 0xFF) + b + a.mid(2);
         QTest::newRow("thumbnail EOI first") << Chunks{withThumb} << QString("T jpeg:%1 F C").arg(6 + b.size()) << a.mid(2);
+        // an image that never ends is let go at the bound; the next SOI starts afresh
+        const QByteArray endless(CameraLinkDecoder::MaximumJpegImage - 2, '\x5A');
+        const QString dropped = "JPEG数据超过64MB仍无结束标记，已丢弃";
+        QTest::newRow("past the bound: dropped") << Chunks{a.left(2), endless, "zzz", a} << QString("T//%1/T %2").arg(dropped, cutA) << QByteArray();
+        QTest::newRow("past the bound: a later SOI kept") << Chunks{a.left(2), endless, a.left(5), a.mid(5)} << QString("T//%1 T/%2").arg(dropped, cutA) << QByteArray();
+        QTest::newRow("past the bound without SOI") << Chunks{endless, "zzz", a} << QString("/%1/T %2").arg(dropped, cutA) << QByteArray();
     }
 
     void jpegStreamsAreCutAtTheFirstEoi()

@@ -99,6 +99,14 @@ private slots:
         QVERIFY(!RegisterTableFile::load(dir.filePath("missing.csv"), &model));
         QVERIFY(!RegisterTableFile::save(dir.filePath("no/such/dir.csv"), &model));
     }
+
+    // written in place, so a table that outgrows the old file's room is refused whole
+    void aFullDiskOrAFolderGoneFailsAndKeepsTheOldFile()
+    {
+        QStandardItemModel model;
+        fill(model, QString("0x3012|0x1F|曝光|ok;").repeated(400).chopped(1));
+        LARK_VERIFY_DISK_FAULTS([&model](const QString &path) { return RegisterTableFile::save(path, &model); });
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstRegisterTableFile)

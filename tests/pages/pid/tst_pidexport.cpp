@@ -53,6 +53,11 @@ private slots:
         QCOMPARE(old.readAll(), pidCsv({"1,2,1,1\n"}));
         QVERIFY(!exporter.write(dir.filePath("missing/pid.csv")));
     }
+
+    void aFullDiskOrAFolderGoneFailsAndKeepsTheOldFile()
+    {
+        LARK_VERIFY_DISK_FAULTS([](const QString &path) { return PidExport().write(path); });
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstPidExport)
