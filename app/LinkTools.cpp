@@ -122,10 +122,10 @@ LinkTools::LinkTools(ToolsMenu *menu, QStackedWidget *pages, QLabel *indicator, 
     connect(m_menu, SIGNAL(aboutToShow()), this, SLOT(SltMenuShown()));
 
     // the size shown while a capture runs; a timer rather than each write, so a fast
-    // link does not repaint the status bar thousands of times a second
+    // link does not repaint the status bar thousands of times a second. It runs only
+    // while a capture does: an idle program wakes for nothing
     m_indicatorTimer->setInterval(500);
     connect(m_indicatorTimer, SIGNAL(timeout()), this, SLOT(SltRefreshIndicator()));
-    m_indicatorTimer->start();
     SltRefreshIndicator();
 }
 
@@ -217,6 +217,12 @@ void LinkTools::SltRefreshIndicator()
         m_indicator->setText(running.join("  "));
         m_indicator->setVisible(!running.isEmpty());
     }
+    // a capture that stopped on its own (a failed write) is seen at the next tick,
+    // which then hides the size and rests
+    if (running.isEmpty())
+        m_indicatorTimer->stop();
+    else if (!m_indicatorTimer->isActive())
+        m_indicatorTimer->start();
 }
 
 void LinkTools::setAutoReconnect(int page, bool on)
