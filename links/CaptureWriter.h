@@ -30,8 +30,8 @@ class CaptureWriter : public QObject
     Q_OBJECT
 public:
     enum Format { Raw, LogText, LogHex };
-    static const int flushInterval = 25;
-    static const int flushBytes = 1 << 20;
+    static constexpr int flushInterval = 25;
+    static constexpr int flushBytes = 1 << 20;
 
     explicit CaptureWriter(QObject *parent = nullptr);
     ~CaptureWriter() override;

@@ -27,8 +27,8 @@ public:
         double add = 0; // value = raw * scale + add
     };
 
-    static const int MaxChannels = 16;
-    static const int MaxFrameLength = 65536;
+    static constexpr int MaxChannels = 16;
+    static constexpr int MaxFrameLength = 65536;
 
     QString name;
     QByteArray start;

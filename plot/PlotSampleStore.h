@@ -22,10 +22,10 @@
 class PlotSampleStore
 {
 public:
-    static const int MaxChannels = 16;
-    static const int DefaultCapacity = 2000000;
-    static const int ChunkBits = 16;
-    static const int ChunkRows = 1 << ChunkBits;
+    static constexpr int MaxChannels = 16;
+    static constexpr int DefaultCapacity = 2000000;
+    static constexpr int ChunkBits = 16;
+    static constexpr int ChunkRows = 1 << ChunkBits;
 
     // the lowest and highest value of a run of rows; empty when it holds no value
     struct Span {
@@ -74,7 +74,7 @@ public:
     Span envelope(int channel, int from, int to) const;
 
 private:
-    static const int Levels = 4; // blocks of 16^1 .. 16^4 rows
+    static constexpr int Levels = 4; // blocks of 16^1 .. 16^4 rows
     struct Column {
         std::vector<double> values;
         std::vector<double> low[Levels], high[Levels];

@@ -23,10 +23,10 @@ class PlotTextParser
 public:
     enum Separator { Auto, Comma, Semicolon, Tab, Blank };
     // a line longer than this without an end is unreadable: memory stays bounded
-    static const int MaxLineLength = 64 * 1024;
+    static constexpr int MaxLineLength = 64 * 1024;
     // channel names kept; values of later names go to channel MaxNames, which has no
     // name and which no plot shows
-    static const int MaxNames = 64;
+    static constexpr int MaxNames = 64;
 
     explicit PlotTextParser(QTextCodec *codec = nullptr);
     void setCodec(QTextCodec *codec) { m_codec = codec; }

@@ -35,9 +35,9 @@ class PlotWindow : public QtMainWindow
     Q_OBJECT
 public:
     enum Mode { TextLines, BinaryFrames };
-    static const int RedrawMs = 25;
-    static const int MaxRedrawMs = 250;
-    static const int MaxParseBytes = 128 * 1024; // parsed in one turn of the event loop
+    static constexpr int RedrawMs = 25;
+    static constexpr int MaxRedrawMs = 250;
+    static constexpr int MaxParseBytes = 128 * 1024; // parsed in one turn of the event loop
     static constexpr double MaxSpread = 0.25;
 
     PlotWindow(LinkTap *tap, const QString &title, QWidget *parent = nullptr);

@@ -34,8 +34,8 @@ class UpdateArchive
 public:
     // a release holds a few dozen files of a few megabytes; these leave room for
     // growth and none for an archive made to exhaust the disk or the window
-    static const int MaximumEntries = 10000;
-    static const qint64 MaximumUnpackedBytes = qint64(1) << 30;
+    static constexpr int MaximumEntries = 10000;
+    static constexpr qint64 MaximumUnpackedBytes = qint64(1) << 30;
 
     // index counts from 0 in archive order; name is the stored name of a skipped entry
     // and the tidied one of an unpacked entry

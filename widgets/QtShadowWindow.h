@@ -13,7 +13,7 @@ class QtShadowWindow : public QtWidgetBase
 public:
     explicit QtShadowWindow(QWidget *parent = nullptr);
 
-    static const int ShadowWidth = 10;
+    static constexpr int ShadowWidth = 10;
     QColor backgroundColor() const { return m_colorBackground; }
     // the rectangle the background fills, inside the shadow rim
     QRect contentRect() const;

@@ -40,7 +40,7 @@ class CameraDebugWidget : public QtWidgetBase
 {
     Q_OBJECT
 public:
-    static const int PageIndex = 1;
+    static constexpr int PageIndex = 1;
     typedef CameraImageFormat s_img_format;
 
     explicit CameraDebugWidget(QWidget *parent = nullptr);

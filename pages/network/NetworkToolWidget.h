@@ -34,8 +34,8 @@ class NetworkToolWidget : public QtWidgetBase
     Q_OBJECT
 public:
     enum NetType { TcpServerMode = 0, TcpClientMode = 1, UdpMode = 2 };
-    static const int PageIndex = 2;
-    static const int RecvViewMaxChars = 1 << 18;
+    static constexpr int PageIndex = 2;
+    static constexpr int RecvViewMaxChars = 1 << 18;
 
     explicit NetworkToolWidget(QWidget *parent = nullptr);
     ~NetworkToolWidget() override;

@@ -34,11 +34,11 @@ public:
     // repaints all of it, and at 33 frames a second that cost more than laying the
     // text out: frames come at most 20 times a second, and each takes up to 24K
     // characters, so the view still keeps up with some 500K characters a second.
-    static const int RecvViewDelayMs = 50;
-    static const int RecvViewMaxChars = 1 << 17;
-    static const int RecvViewSlackChars = 1 << 17;
-    static const int RecvViewSliceChars = 3 << 13;
-    static const int RecvViewLineChars = 1 << 13;
+    static constexpr int RecvViewDelayMs = 50;
+    static constexpr int RecvViewMaxChars = 1 << 17;
+    static constexpr int RecvViewSlackChars = 1 << 17;
+    static constexpr int RecvViewSliceChars = 3 << 13;
+    static constexpr int RecvViewLineChars = 1 << 13;
 
     explicit SerialportWidget(QWidget *parent = nullptr);
     ~SerialportWidget() override;
