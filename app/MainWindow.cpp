@@ -304,7 +304,10 @@ void MainWindow::SltShowAutomation()
         // beside the other settings, in the user's folders when the program's is not its own
         const QString kept = AppPaths::confDir() + QString("/automation/page%1").arg(index);
         window->setStateFiles(kept + ".json", kept + ".js");
-        connect(window, SIGNAL(plotValue(QString, double)), this, SLOT(SltScriptPlot(QString, double)));
+        // queued: opening the plot window is slow work that must not count against the
+        // script's time limit, which would otherwise stop a script for its first plot()
+        connect(window, SIGNAL(plotValue(QString, double)), this, SLOT(SltScriptPlot(QString, double)),
+                Qt::QueuedConnection);
         connect(window->runtime(), SIGNAL(started()), this, SLOT(SltScriptStarted()));
     }
     window->show();

@@ -290,8 +290,9 @@ private slots:
         action("自动应答与脚本…")->trigger();
         auto *automation = m_window->findChild<AutomationWindow *>();
         QVERIFY(automation->runtime()->start("for (var i = 1; i <= 5; ++i) plot('t', i);", "t.js"));
-        PlotWindow *plot = PlotWindow::shownFor(page(2)->linkTap());
-        QVERIFY(plot && plot->store().names() == QStringList({"t"}));
+        PlotWindow *plot = nullptr;
+        QTRY_VERIFY((plot = PlotWindow::shownFor(page(2)->linkTap())) && plot->store().rows() == 5);
+        QCOMPARE(plot->store().names(), QStringList({"t"}));
         QVector<double> values;
         for (int row = 0; row < plot->store().rows(); ++row)
             values << plot->store().value(0, row);
