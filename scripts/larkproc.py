@@ -3,6 +3,9 @@ display for programs that need one, and the records file of a measurement."""
 import glob
 import json
 import os
+import re
+import signal
+import subprocess
 import sys
 
 TICK = os.sysconf('SC_CLK_TCK')
@@ -40,6 +43,30 @@ def ensure_display(screen='1280x800x24'):
         return
     args = [XVFB_SH, '--screen', screen, sys.executable] + sys.argv
     os.execv(XVFB_SH, args)
+
+
+def stop(proc, seconds=5):
+    """Ends proc as a user would, by SIGTERM, and kills it if it has not ended in time."""
+    proc.send_signal(signal.SIGTERM)
+    try:
+        proc.wait(seconds)
+    except subprocess.TimeoutExpired:
+        proc.kill()
+        proc.wait()
+
+
+def larksim_pty(args):
+    """Starts larksim with ARGS that make it open a pty; returns the process, its output
+    still to be read or drained, and the pty's path from the first line naming one."""
+    sim = subprocess.Popen(args, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    while True:
+        line = sim.stdout.readline()
+        if not line:
+            sim.kill()
+            raise RuntimeError('larksim printed no pty')
+        m = re.search(r'/dev/pts/\d+', line)
+        if m:
+            return sim, m.group(0)
 
 
 def write_records(path, records):

@@ -13,26 +13,16 @@ Needs xev (x11-utils) and, without a display, Xvfb."""
 import os
 import shutil
 import select
-import signal
 import statistics
 import subprocess
 import sys
 import tempfile
 import time
 
-from larkproc import ensure_display, run_seconds, write_records
+from larkproc import ensure_display, run_seconds, stop, write_records
 
 PEERS = [('cutecom', ['cutecom']), ('gtkterm', ['gtkterm']), ('putty', ['putty']),
          ('packetsender', ['packetsender']), ('okteta', ['okteta']), ('ghex', ['ghex'])]
-
-
-def stop(proc):
-    proc.send_signal(signal.SIGTERM)
-    try:
-        proc.wait(5)
-    except subprocess.TimeoutExpired:
-        proc.kill()
-        proc.wait()
 
 
 def measure(argv, idle, env):

@@ -8,13 +8,11 @@ two curves and for all ten; writes report records to OUT when given.
 usage: pid_cpu.py HOST LARKSIM [OUT.json] [--seconds N] [--warm N] [--rounds N]
 Needs larksim and, without a display, Xvfb."""
 import os
-import re
-import signal
 import subprocess
 import sys
 import time
 
-from larkproc import cpu_seconds, ensure_display, write_records
+from larkproc import cpu_seconds, ensure_display, larksim_pty, stop, write_records
 
 
 def option(argv, name, default):
@@ -26,26 +24,10 @@ def option(argv, name, default):
     return default
 
 
-def stop(proc):
-    proc.send_signal(signal.SIGTERM)
-    try:
-        proc.wait(5)
-    except subprocess.TimeoutExpired:
-        proc.kill()
-        proc.wait()
-
-
 def run(host, larksim, flags, warm, seconds):
-    sim = subprocess.Popen([larksim, 'pid', '--pty', '--noise', '2'], stdout=subprocess.PIPE,
-                           stderr=subprocess.STDOUT, text=True)
+    sim, path = larksim_pty([larksim, 'pid', '--pty', '--noise', '2'])
+    pts = path[len('/dev/'):]
     try:
-        pts = None
-        while pts is None:
-            line = sim.stdout.readline()
-            if not line:
-                raise RuntimeError('larksim printed no pty')
-            m = re.search(r'/dev/(pts/\d+)', line)
-            pts = m.group(1) if m else None
         # the simulator logs every command: its output must keep draining
         sink = subprocess.Popen(['cat'], stdin=sim.stdout, stdout=subprocess.DEVNULL)
         log = open('/tmp/lark_pid_host.log', 'w+')

@@ -17,7 +17,7 @@ import sys
 import tempfile
 import time
 
-from larkproc import cpu_seconds, ensure_display, write_records
+from larkproc import cpu_seconds, ensure_display, larksim_pty, stop, write_records
 
 CHANNELS = 16
 RATE = 10000
@@ -49,16 +49,8 @@ def recording(path, seconds):
 
 
 def run(host, larksim, rec, warm, seconds):
-    sim = subprocess.Popen([larksim, 'replay', rec, 'pty'], stdout=subprocess.PIPE,
-                           stderr=subprocess.STDOUT, text=True)
+    sim, pts = larksim_pty([larksim, 'replay', rec, 'pty'])
     try:
-        pts = None
-        while pts is None:
-            line = sim.stdout.readline()
-            if not line:
-                raise RuntimeError('larksim printed no pty')
-            m = re.search(r'(/dev/pts/\d+)', line)
-            pts = m.group(1) if m else None
         proc = subprocess.Popen([host, pts], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         try:
             # Qt's own warnings may come first
@@ -82,11 +74,9 @@ def run(host, larksim, rec, warm, seconds):
             cpu = (cpu_seconds(proc.pid) - c0) / (time.monotonic() - t0) * 100
             return max(stalls), cpu
         finally:
-            proc.terminate()
-            proc.wait(5)
+            stop(proc)
     finally:
-        sim.terminate()
-        sim.wait(5)
+        stop(sim)
 
 
 def main():
