@@ -35,6 +35,21 @@ public:
         return true;
     }
 
+    // the rest of the input to two parsers alike: to chunked in the chunks the input
+    // chooses, to whole at once, so a target can check that the split changes nothing;
+    // returns the bytes fed
+    template <typename Parser, typename Out>
+    QByteArray feedBoth(Parser &chunked, Out &a, Parser &whole, Out &b)
+    {
+        QByteArray chunk, all;
+        while (this->chunk(chunk)) {
+            chunked.feed(chunk, a);
+            all += chunk;
+        }
+        whole.feed(all, b);
+        return all;
+    }
+
     QByteArray rest() const { return QByteArray(m_data + m_pos, m_size - m_pos); }
 
 private:

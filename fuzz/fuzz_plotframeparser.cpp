@@ -38,12 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const PlotFrameDefinition def = definition(in.byte());
     PlotFrameParser chunked(def), whole(def);
     PlotBatch a, b;
-    QByteArray chunk, all;
-    while (in.chunk(chunk)) {
-        chunked.feed(chunk, a);
-        all += chunk;
-    }
-    whole.feed(all, b);
+    const QByteArray all = in.feedBoth(chunked, a, whole, b);
     const PlotFrameParser::Counts &x = chunked.counts(), &y = whole.counts();
     // bitwise: an f64 or f32 channel may carry NaN, which equals nothing
     const size_t bytes = size_t(a.values.size()) * sizeof(double);

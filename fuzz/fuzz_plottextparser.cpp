@@ -18,12 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     chunked.setSeparator(separator);
     whole.setSeparator(separator);
     PlotBatch a, b;
-    QByteArray chunk, all;
-    while (in.chunk(chunk)) {
-        chunked.feed(chunk, a);
-        all += chunk;
-    }
-    whole.feed(all, b);
+    const QByteArray all = in.feedBoth(chunked, a, whole, b);
     for (int i = 0; i < a.values.size(); ++i)
         if (a.channels.at(i) < 0 || a.channels.at(i) > qMin(chunked.names().size(), int(PlotTextParser::MaxNames))
             || !std::isfinite(a.values.at(i)))
