@@ -1,6 +1,8 @@
 // What the update dialog reads from the server: the version reply, the version text
-// in it, the Content-Disposition header and the downloaded archive's entry names.
+// in it, the Content-Disposition header, the downloaded archive's entry names and the
+// data of every entry as the unpacker inflates it.
 #include "UpdateProtocol.h"
+#include "UpdateZipIndex.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -28,6 +30,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         file.close();
         for (const QString &entry : rawZipEntryNames(path))
             isUnsafeEntryName(entry);
+    }
+    // a lying entry must be refused, never inflated past the size it states
+    UpdateZipIndex index;
+    if (index.read(bytes)) {
+        for (int k = 0; k < index.entries().size(); ++k) {
+            QByteArray out;
+            if (index.data(k, &out) && out.size() != int(index.entries().at(k).size))
+                abort();
+        }
     }
     return 0;
 }

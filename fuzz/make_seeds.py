@@ -5,8 +5,10 @@ inputs each, so that the fuzzer starts from frames the boards really send.
 Inputs of the chunked links start with an option byte; then each chunk is a size
 byte (1..64, or 0 for all that is left) followed by its bytes. Run it again after
 changing a frame layout; the files are checked in."""
+import io
 import os
 import struct
+import zipfile
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -108,6 +110,13 @@ central = (b'PK\x01\x02' + bytes(4) + struct.pack('<H', 0x0800) + bytes(18)
            + struct.pack('<HHH', len(name), 0, 0) + bytes(12) + name)
 eocd = b'PK\x05\x06' + bytes(6) + struct.pack('<HII', 1, len(central), 0) + bytes(2)
 write('updateprotocol', 'zip', central + eocd)
+# a whole archive as the server ships it: one entry stored, one deflated
+packed = io.BytesIO()
+with zipfile.ZipFile(packed, 'w') as z:
+    z.writestr(zipfile.ZipInfo('larkTools', (2026, 1, 1, 0, 0, 0)), b'\x7fELF' + bytes(60))
+    z.writestr(zipfile.ZipInfo('conf/readme.txt', (2026, 1, 1, 0, 0, 0)), b'lark ' * 40,
+               compress_type=zipfile.ZIP_DEFLATED)
+write('updateprotocol', 'archive', packed.getvalue())
 
 # the plot window's readers: lines of numbers, the shipped frame definitions
 write('plottextparser', 'csv_split', chunked(0, b'1,2,3\r\n-4.5;6\n x:1 y=2e3\r7\t8\n', 5))
@@ -116,8 +125,8 @@ sensor = b'\xaa\x55\x0a' + struct.pack('<Hhf', 7, -500, 0.5) + struct.pack('>h',
 sensor += struct.pack('<H', modbus_crc(sensor))
 write('plotframeparser', 'sensor', chunked(0, b'\x01' + sensor + b'\xaa\x55' + sensor, 4))
 write('plotframeparser', 'pid', chunked(1, pid_frame(1, 2, struct.pack('<i', 1234)) * 2, 6))
-write('plotframedefinition', 'sensor', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_sensor.json'), 'rb').read())
-write('plotframedefinition', 'pid', open(os.path.join(HERE, '..', '..', 'plot', 'examples', 'larksim_pid.json'), 'rb').read())
+write('plotframedefinition', 'sensor', open(os.path.join(HERE, '..', 'plot', 'examples', 'larksim_sensor.json'), 'rb').read())
+write('plotframedefinition', 'pid', open(os.path.join(HERE, '..', 'plot', 'examples', 'larksim_pid.json'), 'rb').read())
 # reply rules: an option byte (bit 0: GB18030) and the typed text
 write('replyescape', 'text', b'\x00AT\\r\\n\\x41 55 aa')
 write('replyescape', 'gb18030', b'\x01' + '温度\\t\\\\'.encode('utf-8'))
