@@ -12,8 +12,6 @@
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
 #include "QHexEdit.h"
-#include "PlotWindow.h"
-#include "LinkTap.h"
 #include "QextSerialPort.h"
 #include "QtSerialPort.h"
 #include "QtTabBar.h"
@@ -24,8 +22,6 @@
 
 #include <Okteta/AbstractByteArrayModel>
 #include <QtWidgets>
-#include <QNetworkDatagram>
-#include <QUdpSocket>
 
 #include <memory>
 #include <vector>
@@ -191,30 +187,6 @@ void shootCaptureAndTools(MainWindow &window, const QDir &out, const QString &sk
     tools->capture(0)->stop();
 }
 
-// the plot window fed by a larksim stream over loopback UDP, through a tap of its own
-// (the window does not care which page's link feeds it)
-bool shootPlot(const QString &kind, const QString &path)
-{
-    QUdpSocket socket;
-    socket.bind(QHostAddress(QHostAddress::LocalHost), 0);
-    LinkTap tap;
-    QObject::connect(&socket, &QUdpSocket::readyRead, [&] {
-        while (socket.hasPendingDatagrams())
-            tap.reportReceived(socket.receiveDatagram().data());
-    });
-    PlotWindow window(&tap, "波形绘图 - 演示");
-    window.setAttribute(Qt::WA_DeleteOnClose, false);
-    window.resize(1100, 640);
-    window.show();
-    QString error;
-    window.loadDefinition(QCoreApplication::applicationDirPath() + "/../plot-examples/larksim_sensor.json", &error);
-    window.setMode(kind == "frame" ? PlotWindow::BinaryFrames : PlotWindow::TextLines);
-    board({"text", "--kind", kind, "--udp", QString("127.0.0.1:%1").arg(socket.localPort()), "--lines-per-s", "200"},
-          "larksim: ");
-    settle(4000);
-    return window.grab().save(path);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -260,11 +232,6 @@ int main(int argc, char *argv[])
             }
         }
         shootCaptureAndTools(window, out, skin == 0 ? "dark" : "white", &saved);
-        for (const QString kind : {"csv", "frame"}) {
-            const QString path = out.filePath(QString("demo-%1-plot-%2.png").arg(skin == 0 ? "dark" : "white", kind));
-            if (shootPlot(kind, path))
-                printf("%s\n", qPrintable(path));
-        }
         for (auto &p : g_boards) {
             p->terminate();
             p->waitForFinished(3000);

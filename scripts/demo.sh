@@ -1,6 +1,7 @@
 #!/bin/sh
 # Every page of the program alive against larksim, one screenshot a page in both
-# skins. Without a display it runs under Xvfb. Prints where the pictures are.
+# skins, then the plot and automation windows. Without a display it runs under Xvfb.
+# Prints where the pictures are.
 #   scripts/demo.sh BUILD_DIR [OUT_DIR]
 set -eu
 build=$(readlink -f "$1")
@@ -9,4 +10,7 @@ mkdir -p "$out"
 . "$(dirname "$0")/xvfb.sh"
 lark_xvfb 1920x1080x24
 "$build/demo/larkdemo" "$build/larksim" "$out"
+# the stream plot with its definition dialogs, and the automation window
+"$build/demo/larkplotshots" "$build/larksim" "$out"
+"$build/demo/larkautomationshots" "$out"
 echo "screenshots saved in $out"
