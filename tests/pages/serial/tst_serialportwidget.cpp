@@ -1,52 +1,27 @@
 #include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
-#include "LarkTest.h"
-#include "MyApp.h"
-#include "NumberTool.h"
-#include "QSerialPorCheck.h"
-#include "QextSerialPort.h"
-#include "QtRecvSaveFormat.h"
-#include "QtRecvViewFeeder.h"
-#include "QtSendBoxWidget.h"
-#include "QtTerminalWidget.h"
 #include "LinkTap.h"
-#include "SerialportWidget.h"
-#include "UiSkin.h"
+#include "QSerialPorCheck.h"
+#include "QtRecvSaveFormat.h"
+#include "QtSendBoxWidget.h"
+#include "SerialPageRig.h"
 #include "StatusLabel.h"
-
-#include <QtTest>
-#include <QtWidgets>
+#include "UiSkin.h"
 
 namespace {
 
 // a page whose port is one end of a socat pty pair; the test plays the board
-struct Rig {
+struct Rig : SerialPageRig {
     LarkPtyPair pty;
-    SerialportWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString, int))};
-    QSignalSpy counts{&page, SIGNAL(signalRefresCounts(int))};
 
-    template <typename T>
-    T *child(const char *name) { return page.findChild<T *>(QString::fromLatin1(name)); }
-
-    void press() { child<QPushButton>("btnOpen")->click(); }
-    bool open()
-    {
-        if (!pty.start())
-            return false;
-        page.SltSerialportChanged({pty.programShortName()});
-        press();
-        return page.serialport()->isOpen();
-    }
+    bool open() { return pty.start() && openOn(pty.programShortName()); }
     // the board writes, and the test waits until the page has taken one read
     bool boardSendsOneRead(const QByteArray &bytes)
     {
         QSignalSpy ready(page.serialport(), SIGNAL(readyRead()));
         return pty.boardWrite(bytes) && ready.wait(5000);
     }
-    // what the view shows once the reads of this display frame have gone in
-    QString shown() const { return page.recvFeeder()->flush(), page.terminal()->toPlainText(); }
 };
 
 // lines a board prints, GB18030 text among them
@@ -64,13 +39,7 @@ class TstSerialportWidget : public QObject
 {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        LarkTest::cleanAppDirs();
-        // each page appends its new line to the process-wide one
-        NumberTool::m_newLine.clear();
-        MyApp::m_nTextCodecIndex = 1;
-    }
+    void init() { SerialPageRig::reset(); }
 
     // a port the system does not list is typed into the port box and opened as "/dev/" + the text
     void openAndCloseAreAnnouncedAndUseTheSettings()
@@ -410,11 +379,8 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.open());
-        QextSerialPort *port = rig.page.serialport();
         rig.press();
-        QCOMPARE(LarkTest::sweepSerialOptions(
-                     &rig.page, rig.pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; },
-                     [&] { rig.press(); return port->isOpen(); }, [&] { if (port->isOpen()) rig.press(); }),
+        QCOMPARE(LarkTest::sweepQextPage(&rig.page, rig.pty.programPath(), rig.page.serialport(), [&] { rig.press(); }),
                  LarkTest::qextSerialSweep());
     }
 
