@@ -85,8 +85,7 @@ private slots:
         edit(0)->setText("9");
         edit(3)->setText("77");
         button("复位")->click();
-        QTRY_COMPARE(edit(0)->text() + "|" + edit(3)->text(), QString("1.5|1000"));
-        QCOMPARE(edit(2)->text(), QString("0.25"));
+        QTRY_COMPARE(PidPage::shown(m_page), QString("1.5|2|0.25|1000|10"));
         QTRY_VERIFY(button("启动"));
     }
 };

@@ -19,6 +19,14 @@ inline QLineEdit *edit(const QWidget *page, int k)
 {
     return qobject_cast<QLineEdit *>(LarkTest::inGroup(page, "PID值配置", QList<int>{1, 2, 3, 5, 6}[k]));
 }
+// the five as "P|I|D|target|period"
+inline QString shown(const QWidget *page)
+{
+    QStringList texts;
+    for (int k = 0; k < 5; ++k)
+        texts << edit(page, k)->text();
+    return texts.join('|');
+}
 inline QPushButton *button(const QWidget *page, const QString &text) { return LarkTest::find<QPushButton>(page, text); }
 // lists the port of that short name ("pts/3") and presses open
 inline bool open(PidDebugWidget *page, const QString &shortName)

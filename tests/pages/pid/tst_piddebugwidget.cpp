@@ -22,13 +22,7 @@ class TstPidDebugWidget : public QObject
     QComboBox *portBox(int row) const { return qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "串口配置", row)); }
     QComboBox *channel() const { return PidPage::channel(m_page); }
     QLineEdit *edit(int k) const { return PidPage::edit(m_page, k); }
-    QString shown() const
-    {
-        QStringList texts;
-        for (int k = 0; k < 5; ++k)
-            texts << edit(k)->text();
-        return texts.join('|');
-    }
+    QString shown() const { return PidPage::shown(m_page); }
     QPushButton *button(const QString &text) const { return PidPage::button(m_page, text); }
     bool openPort()
     {
