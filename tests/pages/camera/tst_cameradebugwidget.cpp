@@ -165,19 +165,6 @@ private slots:
         QTRY_COMPARE(tap.life(), "open " + names[link] + " closed x1");
     }
 
-    void jpegModeOverUdp()
-    {
-        QVERIFY(rig->open(Udp, true));
-        const QByteArray picture = jpegOf(Qt::blue, 40, 30);
-        // junk before the SOI goes; the next image's start waits
-        QVERIFY(rig->send("junk" + picture.left(100)));
-        QVERIFY(rig->send(picture.mid(100) + picture.left(7)));
-        QCOMPARE(rig->page.frameCount(), quint32(1));
-        const QImage shown = rig->page.imageViewer()->pixmap(0).toImage();
-        QCOMPARE(shown.size(), QSize(40, 30));
-        QVERIFY(qBlue(shown.pixel(20, 15)) > 240 && qRed(shown.pixel(20, 15)) < 16);
-    }
-
     void portsComeAndGo()
     {
         QCOMPARE(rig->links()->itemText(0), QString("Tcp Server"));
