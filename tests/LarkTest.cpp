@@ -81,14 +81,6 @@ QWidget *inGroup(const QObject *parent, const QString &title, int row)
     return item ? item->widget() : nullptr;
 }
 
-QStringList noticeTexts(const QList<QList<QVariant>> &spy)
-{
-    QStringList texts;
-    for (const QList<QVariant> &args : spy)
-        texts << args.value(0).toString();
-    return texts;
-}
-
 void answerNextFileDialog(const QString &path, const QString &filter)
 {
     onNextModal([path, filter](QWidget *w) {

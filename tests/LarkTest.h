@@ -85,9 +85,6 @@ T *byId(const QObject *parent, int id)
 
 // the widget in column 1 of a row of the grid of parent's group box with that title
 QWidget *inGroup(const QObject *parent, const QString &title, int row);
-
-// the texts of a page's notices (signalNotify) seen by spy
-QStringList noticeTexts(const QList<QList<QVariant>> &spy);
 } // namespace LarkTest
 
 #endif // LARKTEST_H

@@ -26,7 +26,13 @@ struct Rig : NetworkPageRig {
     bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
     bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
     QPushButton *sendButton() { return LarkTest::find<QPushButton>(page.sendBox(), "发送数据"); }
-    QStringList notices() const { return LarkTest::noticeTexts(notify); }
+    QStringList notices() const
+    {
+        QStringList texts;
+        for (const QList<QVariant> &args : notify)
+            texts << args.at(0).toString();
+        return texts;
+    }
     QStringList clients()
     {
         QStringList items;
