@@ -27,7 +27,16 @@ QStringList sweepSerialOptions(QWidget *page, const QString &ttyPath, const std:
 // frame() of a QSerialPort's settings
 QString serialFrame(const QSerialPort *port);
 
-// the sweep of a page on QextSerialPort: every option as the boxes show it, but for
+// the sweep of a page on QextSerialPort, whose open button is press
+template <class QextPort>
+QStringList sweepQextPage(QWidget *page, const QString &ttyPath, QextPort *port, const std::function<void()> &press)
+{
+    return sweepSerialOptions(
+        page, ttyPath, [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; },
+        [=] { press(); return port->isOpen(); }, [=] { if (port->isOpen()) press(); });
+}
+
+// what that sweep gives: every option as the boxes show it, but for
 // the two rates without a POSIX constant, which leave the port at the rate it had
 inline QStringList qextSerialSweep()
 {

@@ -3,6 +3,9 @@
 #include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPaintEvent>
 #include <QPointer>
@@ -12,7 +15,7 @@
 
 namespace LarkTest {
 
-void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
+QTimer *onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
 {
     // A widget must be seen on two ticks in a row before the handler runs, so that the
     // dialog's own event loop is running by then; if it is still up and modal half a
@@ -48,6 +51,34 @@ void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs)
         }
     });
     timer->start(10);
+    return timer;
+}
+
+QString modalText(const std::function<void()> &action, const QString &key)
+{
+    auto text = std::make_shared<QStringList>();
+    QPointer<QTimer> watcher = onNextModal([text, key](QWidget *box) {
+        text->clear();
+        for (QLabel *l : box->findChildren<QLabel *>())
+            if (!l->text().isEmpty())
+                *text << l->text();
+        key.isEmpty() ? (void)box->close() : click(box, key);
+    });
+    action();
+    // a box the action opened is closed by now: a later one is another's
+    if (watcher) {
+        watcher->stop();
+        watcher->deleteLater();
+    }
+    return text->join(": ");
+}
+
+QWidget *inGroup(const QObject *parent, const QString &title, int row)
+{
+    auto *group = find<QGroupBox>(parent, title);
+    auto *grid = group ? qobject_cast<QGridLayout *>(group->layout()) : nullptr;
+    QLayoutItem *item = grid ? grid->itemAtPosition(row, 1) : nullptr;
+    return item ? item->widget() : nullptr;
 }
 
 void answerNextFileDialog(const QString &path, const QString &filter)

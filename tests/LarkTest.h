@@ -8,6 +8,7 @@
 #include <QString>
 #include <functional>
 
+class QTimer;
 class QWidget;
 
 // Helpers of tests that drive widgets.
@@ -26,7 +27,13 @@ public:
 
 // Calls handler with the next modal widget that becomes active (checked every 10 ms,
 // for at most timeoutMs); a test that opens a modal dialog closes it through this.
-void onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
+// Returns the watcher, which ends itself.
+QTimer *onNextModal(std::function<void(QWidget *)> handler, int timeoutMs = 5000);
+
+// Runs action, which returns once the box it opened is closed, answers that box with
+// the button whose text or object name is key (closes it when key is empty), and gives
+// its non-empty label texts joined by ": " (title first), or "" when no box came.
+QString modalText(const std::function<void()> &action, const QString &key = QString());
 
 // Answers the next modal file dialog (a QFileDialog, or a dialog holding one) with path
 // and the name filter, if given, as a user would: typed into the name field, then
@@ -56,15 +63,28 @@ struct PaintCounter : QObject {
     int main(int argc, char **argv) { return LarkTest::runTest<LarkTest::TestApplication, Class>(argc, argv); }
 
 namespace LarkTest {
-// the first child of parent of type T whose object name or text is key, or nullptr
+// the first child of parent of type T whose object name, text or title is key, or nullptr
 template <class T>
 T *find(const QObject *parent, const QString &key)
 {
     for (T *w : parent->findChildren<T *>())
-        if (w->objectName() == key || w->property("text").toString() == key)
+        if (w->objectName() == key || w->property("text").toString() == key || w->property("title").toString() == key)
             return w;
     return nullptr;
 }
+
+// the child of parent of type T whose "id" property is id (the rows of the pages' strips)
+template <class T>
+T *byId(const QObject *parent, int id)
+{
+    for (T *w : parent->findChildren<T *>())
+        if (w->property("id").isValid() && w->property("id").toInt() == id)
+            return w;
+    return nullptr;
+}
+
+// the widget in column 1 of a row of the grid of parent's group box with that title
+QWidget *inGroup(const QObject *parent, const QString &title, int row);
 } // namespace LarkTest
 
 #endif // LARKTEST_H

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStandardItemModel>
 #include <QTemporaryDir>
 
 #include <sys/mount.h>
@@ -94,4 +95,26 @@ QByteArray LarkTest::fileBytes(const QString &path, qint64 at, qint64 length)
     if (!f.open(QIODevice::ReadOnly) || !f.seek(at))
         return "(missing)";
     return length < 0 ? f.readAll() : f.read(length);
+}
+
+QString LarkTest::modelCells(const QAbstractItemModel *model)
+{
+    QStringList rows;
+    for (int r = 0; r < model->rowCount(); ++r) {
+        QStringList row;
+        for (int c = 0; c < model->columnCount(); ++c)
+            row << model->index(r, c).data().toString();
+        rows << row.join('|');
+    }
+    return rows.join(';');
+}
+
+void LarkTest::fillModel(QStandardItemModel *model, const QString &cells)
+{
+    const QStringList rows = cells.split(';');
+    model->setRowCount(rows.size());
+    model->setColumnCount(4);
+    for (int r = 0; r < rows.size(); ++r)
+        for (int c = 0; c < 4; ++c)
+            model->setData(model->index(r, c), rows.at(r).split('|').value(c));
 }

@@ -73,7 +73,15 @@ int runTest(int argc, char **argv)
 #define LARK_TEST_GUILESS_MAIN(Class) \
     int main(int argc, char **argv) { return LarkTest::runTest<QCoreApplication, Class>(argc, argv); }
 
+class QAbstractItemModel;
+class QStandardItemModel;
+
 namespace LarkTest {
+// a table model's cells, rows joined by ';' and cells by '|'; fillModel makes the
+// model hold such a text, four columns a row
+QString modelCells(const QAbstractItemModel *model);
+void fillModel(QStandardItemModel *model, const QString &cells);
+
 // length bytes (all when negative) of the file at path from offset at, "(missing)" when
 // it cannot be opened or has no such offset
 QByteArray fileBytes(const QString &path, qint64 at = 0, qint64 length = -1);

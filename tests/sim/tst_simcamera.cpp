@@ -1,31 +1,13 @@
-#include "CameraDebugWidget.h"
-#include "ImageFormatConfig.h"
-#include "ImageViewer.h"
-#include "LarkTest.h"
-#include "QextSerialPort.h"
 #include "SimProcess.h"
-#include "TcpServer.h"
+#include "pages/camera/CameraPageRig.h"
 
 #include <QTextCodec>
-#include <QtNetwork>
-#include <QtTest>
-#include <QtWidgets>
-#include <unistd.h>
 
 // The camera page against larksim on each link: the test pattern arrives and is
 // drawn the right way round, and a register written from the page reads back.
 class TstSimCamera : public QObject
 {
     Q_OBJECT
-
-    // entry e of the register strip: 2k is row k's address, 2k + 1 its value
-    static QLineEdit *field(CameraDebugWidget &page, int e)
-    {
-        for (QLineEdit *w : page.formatConfig()->findChildren<QLineEdit *>())
-            if (w->property("id").isValid() && w->property("id").toInt() == e)
-                return w;
-        return nullptr;
-    }
 
 private slots:
     void patternAndRegisters_data()
@@ -43,32 +25,21 @@ private slots:
     {
         QFETCH(QString, link);
         QFETCH(QStringList, extra);
-        CameraDebugWidget page;
+        CameraPageRig rig;
+        CameraDebugWidget &page = rig.page;
         SimProcess sim;
-        QComboBox *links = page.findChild<QComboBox *>("cbxProtocol");
+        const bool jpeg = extra.contains("--jpeg");
         QStringList args = QStringList{"camera", "--fps", "20", "--size", "160x120"} + extra;
-        page.findChild<QLineEdit *>("edtPort")->setText("0");
-        page.findChild<QComboBox *>("cbxAddress")->setCurrentText("127.0.0.1");
-        const QString tty = QString("ttyLarkSim%1").arg(getpid());
-        for (QRadioButton *r : page.findChildren<QRadioButton *>())
-            r->setChecked(r->text() == "JPEG数据" ? extra.contains("--jpeg") : r->isChecked());
         if (link == "server" || link == "udp") {
-            links->setCurrentIndex(link == "server" ? 0 : 2);
-            page.findChild<QPushButton *>("btnOpen")->click();
+            QVERIFY(rig.start(link == "server" ? Server : Udp, "0", jpeg));
             const quint16 port = link == "server" ? page.tcpServer()->serverPort() : page.udpSocket()->localPort();
             QVERIFY(sim.start(args << (link == "server" ? "--tcp-client" : "--udp") << QString("127.0.0.1:%1").arg(port)));
         } else if (link == "client") {
             QVERIFY(sim.start(args << "--tcp-server" << "0"));
-            page.findChild<QLineEdit *>("edtPort")->setText(QString::number(sim.serverPort()));
-            links->setCurrentIndex(1);
-            page.findChild<QPushButton *>("btnOpen")->click();
+            rig.start(Client, QString::number(sim.serverPort()));
         } else {
-            QVERIFY(sim.start(args << "--pty" << "/dev/" + tty));
-            QVERIFY(!sim.ptyName().isEmpty());
-            page.SltSerialportChanged({"ttyS99", tty});
-            links->setCurrentIndex(4);
-            page.findChild<QPushButton *>("btnOpen")->click();
-            QVERIFY(page.serialPort()->isOpen());
+            QVERIFY(sim.start(args << "--pty" << "/dev/" + rig.tty));
+            QVERIFY(!sim.ptyName().isEmpty() && rig.start(Serial, "0"));
         }
 
         // the format announced, then frames drawn: colour bars across the upper half,
@@ -78,7 +49,7 @@ private slots:
         QCOMPARE(image.size(), QSize(160, 120));
         const QList<QRgb> bars{qRgb(255, 255, 255), qRgb(255, 255, 0), qRgb(0, 255, 255), qRgb(0, 255, 0),
                                qRgb(255, 0, 255), qRgb(255, 0, 0), qRgb(0, 0, 255), qRgb(0, 0, 0)};
-        const int tol = extra.contains("--jpeg") ? 80 : 12; // JPEG blurs the edge of the half
+        const int tol = jpeg ? 80 : 12; // JPEG blurs the edge of the half
         auto near = [tol](QRgb a, QRgb b) {
             return qAbs(qRed(a) - qRed(b)) < tol && qAbs(qGreen(a) - qGreen(b)) < tol && qAbs(qBlue(a) - qBlue(b)) < tol;
         };
@@ -90,24 +61,24 @@ private slots:
         QVERIFY(qAbs(qRed(low) - qGreen(low)) < 8 || qGreen(low) < 12);
         // the page's UDP replies name no destination, and a JPEG stream carries no
         // register answers: no register round trip
-        if (link == "udp" || extra.contains("--jpeg"))
+        if (link == "udp" || jpeg)
             return;
 
         // write 0x12 = 0x80 from the first write row, read it back into the second read row
-        field(page, 0)->setText("12");
-        field(page, 1)->setText("80");
-        page.findChild<QPushButton *>("btnSendReg0")->click();
+        rig.field(0)->setText("12");
+        rig.field(1)->setText("80");
+        rig.child<QPushButton>("btnSendReg0")->click();
         QVERIFY(!sim.waitFor("write register 0x12 = 0x80").isNull());
-        field(page, 18)->setText("12");
-        field(page, 19)->setText("");
-        page.findChild<QPushButton *>("btnSendReg9")->click();
+        rig.field(18)->setText("12");
+        rig.field(19)->setText("");
+        rig.child<QPushButton>("btnSendReg9")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 2) = 0x80").isNull());
-        QTRY_COMPARE(field(page, 19)->text(), QString("80"));
+        QTRY_COMPARE(rig.field(19)->text(), QString("80"));
 
-        page.findChild<QPushButton *>("btnOpen")->click();
+        rig.press();
         QVERIFY(sim.stop());
         // the link it made is gone with it
-        QVERIFY(!QFileInfo("/dev/" + tty).isSymLink());
+        QVERIFY(!QFileInfo("/dev/" + rig.tty).isSymLink());
     }
 
     // the register table as the page exports it (GB18030, header line) is the
@@ -115,25 +86,21 @@ private slots:
     void registerTableFile()
     {
         QTemporaryDir dir;
-        QFile table(dir.filePath("regs.csv"));
-        QVERIFY(table.open(QIODevice::WriteOnly));
-        table.write(QTextCodec::codecForName("GB18030")->fromUnicode("寄存器编号,寄存器地址,寄存器值,描述,\n1,30,5A,曝光,\n,,,,\n"));
-        table.close();
-        CameraDebugWidget page;
-        page.findChild<QLineEdit *>("edtPort")->setText("0");
-        page.findChild<QPushButton *>("btnOpen")->click();
+        const QString table = dir.filePath("regs.csv");
+        QVERIFY(LarkTest::writeFile(table, QTextCodec::codecForName("GB18030")->fromUnicode("寄存器编号,寄存器地址,寄存器值,描述,\n1,30,5A,曝光,\n,,,,\n")));
+        CameraPageRig rig;
+        rig.start(Server, "0");
         SimProcess sim;
-        QVERIFY(sim.start({"camera", "--fps", "0", "--regs", table.fileName(), "--tcp-client",
-                           QString("127.0.0.1:%1").arg(page.tcpServer()->serverPort())}));
-        QTRY_COMPARE(page.tcpServer()->counts(), 1);
-        field(page, 16)->setText("30");
-        page.findChild<QPushButton *>("btnSendReg8")->click();
-        QTRY_COMPARE(field(page, 17)->text(), QString("5A"));
-        field(page, 16)->setText("12"); // in the default map, not in the file
-        page.findChild<QPushButton *>("btnSendReg8")->click();
+        QVERIFY(sim.start({"camera", "--fps", "0", "--regs", table, "--tcp-client",
+                           QString("127.0.0.1:%1").arg(rig.page.tcpServer()->serverPort())}));
+        QTRY_COMPARE(rig.page.tcpServer()->counts(), 1);
+        rig.field(16)->setText("30");
+        rig.child<QPushButton>("btnSendReg8")->click();
+        QTRY_COMPARE(rig.field(17)->text(), QString("5A"));
+        rig.field(16)->setText("12"); // in the default map, not in the file
+        rig.child<QPushButton>("btnSendReg8")->click();
         QVERIFY(!sim.waitFor("read register 0x12 (row 1): no such register").isNull());
     }
-
 };
 
 LARK_TEST_MAIN(TstSimCamera)

@@ -1,12 +1,6 @@
-#include "LarkTest.h"
 #include "MyApp.h"
-#include "NetworkToolWidget.h"
-#include "QtSendBoxWidget.h"
 #include "SimProcess.h"
-
-#include <QtNetwork>
-#include <QtTest>
-#include <QtWidgets>
+#include "pages/network/NetworkPageRig.h"
 
 // The network page over UDP against larksim's text board: the board's GB18030 lines
 // are shown, and what the page sends to the board's port comes back from its echo.
@@ -24,23 +18,18 @@ private slots:
 
     void udpLinesAndEcho()
     {
-        NetworkToolWidget page;
-        page.findChild<QComboBox *>("cbxNetType")->setCurrentIndex(2);
-        page.findChild<QComboBox *>("cbxAddress")->setCurrentText("127.0.0.1");
-        page.findChild<QLineEdit *>("edtPort")->setText("0");
-        auto press = [&] { QTest::mouseClick(page.findChild<QPushButton *>("btnOpen"), Qt::LeftButton); };
-        press();
+        NetworkPageRig rig;
+        NetworkToolWidget &page = rig.page;
         SimProcess sim;
-        QVERIFY(sim.start({"text", "--lines-per-s", "20", "--echo", "--udp",
-                           QString("127.0.0.1:%1").arg(page.udpSocket()->localPort())}));
-        page.findChild<QLineEdit *>("edtDestAddress")->setText("127.0.0.1");
-        page.findChild<QLineEdit *>("edtDestPort")->setText(QString::number(sim.udpPort()));
+        QVERIFY(sim.start({"text", "--lines-per-s", "20", "--echo", "--udp", QString("127.0.0.1:%1").arg(rig.startUdp())}));
+        rig.child<QLineEdit>("edtDestAddress")->setText("127.0.0.1");
+        rig.child<QLineEdit>("edtDestPort")->setText(QString::number(sim.udpPort()));
         QTRY_VERIFY_WITH_TIMEOUT(page.recvText().contains("电压偏低 #2"), 10000);
         for (const QString &line : {"temp=25.3 状态正常 <ok> 计数 0", "电机转速 1500 rpm, 电流 0.42 A, 第1行"})
             QVERIFY2(page.recvText().contains(line), qPrintable(page.recvText()));
-        QMetaObject::invokeMethod(page.sendBox(), "signalSendData", Q_ARG(QByteArray, MyApp::strToUnicode("回声 echo")));
+        rig.send(MyApp::strToUnicode("回声 echo"));
         QTRY_VERIFY(page.recvText().contains("回声 echo"));
-        press();
+        rig.press();
         QVERIFY(sim.stop());
     }
 };

@@ -1,12 +1,5 @@
-#include "LarkTest.h"
-#include "PidDebugWidget.h"
-#include "QtSerialPort.h"
 #include "SimProcess.h"
-
-#include <QtTest>
-#include <QtWidgets>
-
-#include <qcustomplot.h>
+#include "pages/pid/PidPageRig.h"
 
 // The PID page against larksim's motor board over a pty: a step response that
 // settles with sensible gains and swings with a large P; the run-state answers and
@@ -18,21 +11,8 @@ class TstSimPid : public QObject
     PidDebugWidget *m_page = nullptr;
     SimProcess *m_sim = nullptr;
 
-    QLineEdit *edit(int k) const // P I D target period, in the group's rows
-    {
-        for (QGroupBox *g : m_page->findChildren<QGroupBox *>())
-            if (g->title() == "PID值配置")
-                return qobject_cast<QLineEdit *>(static_cast<QGridLayout *>(g->layout())
-                                                     ->itemAtPosition(QList<int>{1, 2, 3, 5, 6}[k], 1)->widget());
-        return nullptr;
-    }
-    QPushButton *button(const QString &text) const
-    {
-        for (QPushButton *b : m_page->findChildren<QPushButton *>())
-            if (b->text() == text)
-                return b;
-        return nullptr;
-    }
+    QLineEdit *edit(int k) const { return PidPage::edit(m_page, k); }
+    QPushButton *button(const QString &text) const { return PidPage::button(m_page, text); }
     // CH1's samples with their times, over the last `seconds` of a run of that length
     QVector<double> run(const QStringList &gains, double seconds)
     {
@@ -60,9 +40,7 @@ private slots:
         m_sim = new SimProcess;
         QVERIFY(m_sim->start({"pid", "--pty"}));
         m_page = new PidDebugWidget;
-        m_page->SltSerialportChanged({m_sim->ptyName().mid(5)}); // past "/dev/", or the open fails
-        button("打开串口")->click();
-        QVERIFY(m_page->serialPort()->isOpen());
+        QVERIFY(PidPage::open(m_page, m_sim->ptyName().mid(5))); // past "/dev/", or the open fails
     }
     void cleanup()
     {
@@ -107,8 +85,7 @@ private slots:
         edit(0)->setText("9");
         edit(3)->setText("77");
         button("复位")->click();
-        QTRY_COMPARE(edit(0)->text() + "|" + edit(3)->text(), QString("1.5|1000"));
-        QCOMPARE(edit(2)->text(), QString("0.25"));
+        QTRY_COMPARE(PidPage::shown(m_page), QString("1.5|2|0.25|1000|10"));
         QTRY_VERIFY(button("启动"));
     }
 };

@@ -1,13 +1,5 @@
-#include "LarkTest.h"
-#include "MyApp.h"
-#include "NumberTool.h"
-#include "QextSerialPort.h"
-#include "QtTerminalWidget.h"
-#include "SerialportWidget.h"
 #include "SimProcess.h"
-
-#include <QtTest>
-#include <QtWidgets>
+#include "pages/serial/SerialPageRig.h"
 
 // The serial page against larksim over a pty: GB18030 lines shown as text and echoed,
 // and a recording of a board's output replayed into the page shows the same text. Also
@@ -17,19 +9,14 @@ class TstSimSerial : public QObject
     Q_OBJECT
 
     // the page on the pty that sim prints
-    static bool open(SerialportWidget &page, SimProcess &sim)
+    static bool open(SerialPageRig &rig, SimProcess &sim)
     {
         const QString pty = sim.ptyName();
-        page.SltSerialportChanged({pty.mid(5)});
-        page.findChild<QPushButton *>("btnOpen")->click();
-        return pty.startsWith("/dev/") && page.serialport()->isOpen();
+        return pty.startsWith("/dev/") && rig.openOn(pty.mid(5));
     }
     // the page's text with its line breaks as one: how many a "\r\n" makes depends
     // on whether the pair arrives in one read
-    static QString shown(SerialportWidget &page)
-    {
-        return page.terminal()->toPlainText().replace(QRegularExpression("\n+"), "\n");
-    }
+    static QString shown(SerialPageRig &rig) { return rig.shown().replace(QRegularExpression("\n+"), "\n"); }
     static QString lines(const QList<int> &numbers)
     {
         const QStringList texts{"temp=25.3 状态正常 <ok> 计数 %1", "电机转速 1500 rpm, 电流 0.42 A, 第%1行",
@@ -41,25 +28,20 @@ class TstSimSerial : public QObject
     }
 
 private slots:
-    void init()
-    {
-        LarkTest::cleanAppDirs();
-        NumberTool::m_newLine.clear();
-        MyApp::m_nTextCodecIndex = 1; // GB18030
-    }
+    void init() { SerialPageRig::reset(); }
 
     // the board's lines, then what the page sends comes back from the board's echo
     void gb18030LinesAndEcho()
     {
         SimProcess sim;
         QVERIFY(sim.start({"text", "--pty", "--encoding", "gb18030", "--lines-per-s", "40", "--echo"}));
-        SerialportWidget page;
-        QVERIFY(open(page, sim));
-        QTRY_VERIFY_WITH_TIMEOUT(shown(page).contains(lines({5})), 10000);
-        QVERIFY2(shown(page).contains(lines({0, 1, 2, 3, 4, 5})), qPrintable(shown(page)));
+        SerialPageRig rig;
+        QVERIFY(open(rig, sim));
+        QTRY_VERIFY_WITH_TIMEOUT(shown(rig).contains(lines({5})), 10000);
+        QVERIFY2(shown(rig).contains(lines({0, 1, 2, 3, 4, 5})), qPrintable(shown(rig)));
         const QByteArray hello = MyApp::strToUnicode("你好, board\r\n");
-        QCOMPARE(page.serialport()->write(hello), qint64(hello.size()));
-        QTRY_VERIFY(shown(page).contains("你好, board"));
+        QCOMPARE(rig.page.serialport()->write(hello), qint64(hello.size()));
+        QTRY_VERIFY(shown(rig).contains("你好, board"));
     }
 
     // a board's output recorded off TCP, then replayed into the page
@@ -71,18 +53,14 @@ private slots:
         QVERIFY(board.start({"text", "--tcp-server", "0", "--lines-per-s", "50", "--count", "8"}));
         QVERIFY(recorder.start({"record", QString("tcp-client:127.0.0.1:%1").arg(board.serverPort()), file}));
         QTRY_VERIFY_WITH_TIMEOUT(board.proc.state() == QProcess::NotRunning, 10000);
-        auto recorded = [&] {
-            QFile f(file);
-            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-        };
-        QTRY_VERIFY2(recorded().contains("(id=7)"), recorded().toHex().constData());
+        QTRY_VERIFY2(LarkTest::readFile(file).contains("(id=7)"), LarkTest::readFile(file).toHex().constData());
         QVERIFY(recorder.stop());
 
         SimProcess replay;
         QVERIFY(replay.start({"replay", file, "pty", "--speed", "4"}));
-        SerialportWidget page;
-        QVERIFY(open(page, replay));
-        QTRY_VERIFY2_WITH_TIMEOUT(shown(page).contains(lines({0, 1, 2, 3, 4, 5, 6, 7})), qPrintable(shown(page)), 10000);
+        SerialPageRig rig;
+        QVERIFY(open(rig, replay));
+        QTRY_VERIFY2_WITH_TIMEOUT(shown(rig).contains(lines({0, 1, 2, 3, 4, 5, 6, 7})), qPrintable(shown(rig)), 10000);
         QTRY_VERIFY(replay.proc.state() == QProcess::NotRunning);
         QCOMPARE(replay.proc.exitCode(), 0);
     }

@@ -1,55 +1,24 @@
 #include "CameraBoardFrame.h"
-#include "CameraDebugWidget.h"
-#include "ImageFormatConfig.h"
-#include "ImageViewer.h"
-#include "LinkTap.h"
+#include "CameraPageRig.h"
 #include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
-#include "LarkTest.h"
-#include "QextSerialPort.h"
+#include "LinkTap.h"
 #include "QtMessageTip.h"
 #include "StatusLabel.h"
-#include "TcpServer.h"
-
-#include <QtNetwork>
-#include <QtTest>
-#include <QtWidgets>
-#include <unistd.h>
 
 namespace {
 
-enum Link { Server, Client, Udp, Serial };
-
 // The page on one link and the test as the board on its other end: a client of the
-// page's server, a server for its client, a UDP sender, or the far end of a pty pair
-// that the page opens under a /dev/tty name.
-struct Rig {
-    CameraDebugWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
+// page's server, a server for its client, a UDP sender, or the far end of a pty pair.
+struct Rig : CameraPageRig {
     Link link = Server;
     QTcpServer boardServer;
     std::unique_ptr<QTcpSocket> tcp;
     QUdpSocket udp;
     LarkPtyPair pty;
-    const QString tty = QString("ttyLarkCam%1").arg(getpid());
 
-    ~Rig() { QFile::remove("/dev/" + tty); }
-
-    template <class T>
-    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
-    QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
-    // entry e of the register strip: 2k is row k's address, 2k + 1 its value
-    QLineEdit *field(int e)
-    {
-        for (QLineEdit *w : page.formatConfig()->findChildren<QLineEdit *>())
-            if (w->property("id") == QVariant(e))
-                return w;
-        return nullptr;
-    }
-    QString button() { return child<QPushButton>("btnOpen")->text(); }
     QList<QVariant> lastNotice() { return notify.isEmpty() ? QList<QVariant>() : notify.last(); }
-    void press() { child<QPushButton>("btnOpen")->click(); }
     bool connectBoard()
     {
         tcp.reset(new QTcpSocket);
@@ -59,27 +28,16 @@ struct Rig {
     bool open(Link l, bool jpeg = false)
     {
         link = l;
-        child<QRadioButton>(jpeg ? "JPEG数据" : "协议传输")->setChecked(true);
-        child<QLineEdit>("edtPort")->setText("0");
-        links()->setCurrentIndex(qMin(int(l), 2));
-        if (l == Serial) {
-            if (!pty.start() || !QFile::link(pty.programPath(), "/dev/" + tty))
-                return false;
-            page.SltSerialportChanged({"ttyS99", tty});
-            links()->setCurrentIndex(4);
-        } else if (l == Client) {
-            child<QComboBox>("cbxAddress")->setCurrentText("127.0.0.1");
-            if (!boardServer.listen(QHostAddress::LocalHost, 0))
-                return false;
-            child<QLineEdit>("edtPort")->setText(QString::number(boardServer.serverPort()));
-        }
-        press();
+        if ((l == Serial && !pty.start()) || (l == Client && !boardServer.listen(QHostAddress::LocalHost, 0)))
+            return false;
+        if (!start(l, l == Client ? QString::number(boardServer.serverPort()) : "0", jpeg, pty.programPath()))
+            return false;
         if (l == Server)
             return connectBoard();
         if (l == Client && QTest::qWaitFor([&] { return boardServer.hasPendingConnections(); }, 5000))
             tcp.reset(boardServer.nextPendingConnection());
         return l == Client ? QTest::qWaitFor([&] { return button() == "断开连接"; }, 5000)
-                           : l == Udp ? page.udpSocket()->state() == QAbstractSocket::BoundState : page.serialPort()->isOpen();
+                           : l != Udp || page.udpSocket()->state() == QAbstractSocket::BoundState;
     }
     // the board writes; true once the page has counted every byte
     bool send(const QByteArray &data)
@@ -207,19 +165,6 @@ private slots:
         QTRY_COMPARE(tap.life(), "open " + names[link] + " closed x1");
     }
 
-    void jpegModeOverUdp()
-    {
-        QVERIFY(rig->open(Udp, true));
-        const QByteArray picture = jpegOf(Qt::blue, 40, 30);
-        // junk before the SOI goes; the next image's start waits
-        QVERIFY(rig->send("junk" + picture.left(100)));
-        QVERIFY(rig->send(picture.mid(100) + picture.left(7)));
-        QCOMPARE(rig->page.frameCount(), quint32(1));
-        const QImage shown = rig->page.imageViewer()->pixmap(0).toImage();
-        QCOMPARE(shown.size(), QSize(40, 30));
-        QVERIFY(qBlue(shown.pixel(20, 15)) > 240 && qRed(shown.pixel(20, 15)) < 16);
-    }
-
     void portsComeAndGo()
     {
         QCOMPARE(rig->links()->itemText(0), QString("Tcp Server"));
@@ -318,10 +263,7 @@ private slots:
     {
         QVERIFY(rig->open(Serial));
         rig->press();
-        QextSerialPort *port = rig->page.serialPort();
-        QCOMPARE(LarkTest::sweepSerialOptions(
-                     &rig->page, rig->pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; }, [&] { rig->press(); return port->isOpen(); },
-                     [&] { if (port->isOpen()) rig->press(); }),
+        QCOMPARE(LarkTest::sweepQextPage(&rig->page, rig->pty.programPath(), rig->page.serialPort(), [&] { rig->press(); }),
                  LarkTest::qextSerialSweep());
     }
 };

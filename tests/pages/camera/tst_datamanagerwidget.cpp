@@ -18,27 +18,7 @@ class TstDataManagerWidget : public QObject
     QStringList m_warnings;
 
     void click(const QString &text) { LarkTest::click(m_w, text); }
-    // rows joined by ';', cells by '|'
-    QString cells() const
-    {
-        QStringList rows;
-        for (int r = 0; r < m_model->rowCount(); ++r) {
-            QStringList row;
-            for (int c = 0; c < m_model->columnCount(); ++c)
-                row << m_model->index(r, c).data().toString();
-            rows << row.join('|');
-        }
-        return rows.join(';');
-    }
-    void fill(const QStringList &rows)
-    {
-        m_model->clear();
-        m_model->setRowCount(rows.size());
-        m_model->setColumnCount(4);
-        for (int r = 0; r < rows.size(); ++r)
-            for (int c = 0; c < 4; ++c)
-                m_model->setData(m_model->index(r, c), rows.at(r).split('|').value(c));
-    }
+    QString cells() const { return LarkTest::modelCells(m_model); }
     void fileButton(const QString &text, const QString &name)
     {
         LarkTest::answerNextFileDialog(m_dir->filePath(name), "*.csv");
@@ -78,8 +58,8 @@ private slots:
     // exported under the filter's suffix, cleared to 50 numbered rows, imported back
     void tableRoundTripsThroughAFile()
     {
-        const QStringList rows{"1|10|20|曝光时间", "2|3B|FFFFFFFF80000000|", "|||"};
-        fill(rows);
+        const QString rows = "1|10|20|曝光时间;2|3B|FFFFFFFF80000000|;|||";
+        LarkTest::fillModel(m_model, rows);
         fileButton("导出", "regs");
         QCOMPARE(QtMessageTip::Instance()->text(), QString("文件导出成功！"));
         click("清空");
@@ -88,10 +68,10 @@ private slots:
         fileButton("导入", "regs.csv");
         QCOMPARE(QtMessageTip::Instance()->text(), QString("数据导入完成！！"));
         m_model->setRowCount(3);
-        QCOMPARE(cells(), rows.join(';'));
+        QCOMPARE(cells(), rows);
         // a file that cannot be opened is refused in a box, and the table stays
         fileButton("导入", "missing.csv");
-        QCOMPARE(cells(), rows.join(';'));
+        QCOMPARE(cells(), rows);
         QVERIFY(m_warnings.contains("文件打开失败，请重试！"));
     }
 

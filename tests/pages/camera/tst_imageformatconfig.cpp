@@ -15,24 +15,13 @@ class TstImageFormatConfig : public QObject
     ImageFormatConfig *m_cfg = nullptr;
     QSignalSpy *m_sent = nullptr;
 
-    QLineEdit *edit(int e) const
-    {
-        for (QLineEdit *l : m_cfg->findChildren<QLineEdit *>())
-            if (l->property("id") == QVariant(e))
-                return l;
-        return nullptr;
-    }
-    template <class F>
-    static QString join(int n, F text, QChar sep = ',')
-    {
-        QStringList texts;
-        for (int i = 0; i < n; ++i)
-            texts << text(i);
-        return texts.join(sep);
-    }
+    QLineEdit *edit(int e) const { return LarkTest::byId<QLineEdit>(m_cfg, e); }
     QString fields(int from, int to, int step = 1) const
     {
-        return join((to - from) / step + 1, [&](int i) { return edit(from + i * step)->text(); });
+        QStringList texts;
+        for (int e = from; e <= to; e += step)
+            texts << edit(e)->text();
+        return texts.join(',');
     }
     void click(const QString &key) { LarkTest::click(m_cfg, key); }
     void type(int e, const QString &text) { QTest::keyClicks(edit(e), text); }
@@ -55,14 +44,14 @@ class TstImageFormatConfig : public QObject
             }
         return nullptr;
     }
-    static QString tableRow(DataManagerWidget *m, int r)
-    {
-        return join(4, [&](int c) { return m->dataModel()->index(r, c).data().toString(); }, '|');
-    }
+    static QString tableRow(DataManagerWidget *m, int r) { return LarkTest::modelCells(m->dataModel()).section(';', r, r); }
     // one "address|value|regId" a signal, joined by ' '
     QString sent() const
     {
-        return join(m_sent->count(), [this](int i) { return join(3, [&](int k) { return m_sent->at(i).at(k).toString(); }, '|'); }, ' ');
+        QStringList all;
+        for (const QList<QVariant> &args : *m_sent)
+            all << args[0].toString() + '|' + args[1].toString() + '|' + args[2].toString();
+        return all.join(' ');
     }
 
 private slots:

@@ -9,28 +9,7 @@
 
 static QByteArray gb(const QString &text) { return QTextCodec::codecForName("GB18030")->fromUnicode(text); }
 
-// rows joined by ';', cells by '|', and back
-static QString cells(const QStandardItemModel &model)
-{
-    QStringList rows;
-    for (int r = 0; r < model.rowCount(); ++r) {
-        QStringList row;
-        for (int c = 0; c < model.columnCount(); ++c)
-            row << model.index(r, c).data().toString();
-        rows << row.join('|');
-    }
-    return rows.join(';');
-}
-
-static void fill(QStandardItemModel &model, const QString &text)
-{
-    const QStringList rows = text.split(';');
-    model.setRowCount(rows.size());
-    model.setColumnCount(4);
-    for (int r = 0; r < rows.size(); ++r)
-        for (int c = 0; c < 4; ++c)
-            model.setData(model.index(r, c), rows.at(r).split('|').value(c));
-}
+using LarkTest::modelCells;
 
 class TstRegisterTableFile : public QObject
 {
@@ -53,28 +32,28 @@ private slots:
     {
         QFETCH(QByteArray, file);
         QStandardItemModel model;
-        fill(model, "o|o|o|o;o|o|o|o;o|o|o|o");
+        LarkTest::fillModel(&model, "o|o|o|o;o|o|o|o;o|o|o|o");
         QBuffer buffer(&file);
         QVERIFY(buffer.open(QIODevice::ReadOnly));
         RegisterTableFile::read(buffer, &model);
-        QTEST(cells(model), "cells");
+        QTEST(modelCells(&model), "cells");
     }
 
     // header and rows end in a comma; blank rows stay; the rows come back
     void writtenTablesReadBack()
     {
         QStandardItemModel model;
-        fill(model, "1|10|20|曝光时间;2|3B|FFFFFFFF80000000|;|||");
+        LarkTest::fillModel(&model, "1|10|20|曝光时间;2|3B|FFFFFFFF80000000|;|||");
         QByteArray bytes;
         QBuffer buffer(&bytes);
         QVERIFY(buffer.open(QIODevice::ReadWrite));
         RegisterTableFile::write(buffer, &model);
         QCOMPARE(bytes, gb("寄存器编号,寄存器地址,寄存器值,描述,\n1,10,20,曝光时间,\n2,3B,FFFFFFFF80000000,,\n,,,,\n"));
         QStandardItemModel back;
-        fill(back, "|||;|||;|||");
+        LarkTest::fillModel(&back, "|||;|||;|||");
         buffer.seek(0);
         RegisterTableFile::read(buffer, &back);
-        QCOMPARE(cells(back), cells(model));
+        QCOMPARE(modelCells(&back), modelCells(&model));
     }
 
     // written over a longer file, the old tail stays and is read with the new lines;
@@ -88,14 +67,14 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
         file.close();
         QStandardItemModel model;
-        fill(model, "7|70|71|新");
+        LarkTest::fillModel(&model, "7|70|71|新");
         QVERIFY(RegisterTableFile::save(path, &model));
         const QByteArray head = gb("寄存器编号,寄存器地址,寄存器值,描述,\n7,70,71,新,\n");
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), head + old.mid(head.size()));
-        fill(model, ";;;");
+        LarkTest::fillModel(&model, ";;;");
         QVERIFY(RegisterTableFile::load(path, &model));
-        QCOMPARE(cells(model), QString("7|70|71|新;|||;8|H||;9|I||"));
+        QCOMPARE(modelCells(&model), QString("7|70|71|新;|||;8|H||;9|I||"));
         QVERIFY(!RegisterTableFile::load(dir.filePath("missing.csv"), &model));
         QVERIFY(!RegisterTableFile::save(dir.filePath("no/such/dir.csv"), &model));
     }
@@ -104,7 +83,7 @@ private slots:
     void aFullDiskOrAFolderGoneFailsAndKeepsTheOldFile()
     {
         QStandardItemModel model;
-        fill(model, QString("0x3012|0x1F|曝光|ok;").repeated(400).chopped(1));
+        LarkTest::fillModel(&model, QString("0x3012|0x1F|曝光|ok;").repeated(400).chopped(1));
         LARK_VERIFY_DISK_FAULTS([&model](const QString &path) { return RegisterTableFile::save(path, &model); });
     }
 };

@@ -1,16 +1,10 @@
 #include "LarkTapSpy.h"
-#include "LarkTest.h"
 #include "LinkTap.h"
-#include "NetworkToolWidget.h"
+#include "NetworkPageRig.h"
 #include "NumberTool.h"
 #include "QtMessageTip.h"
-#include "QtSendBoxWidget.h"
 #include "StatusLabel.h"
 #include "TcpServer.h"
-
-#include <QtNetwork>
-#include <QtTest>
-#include <QtWidgets>
 
 namespace {
 
@@ -23,25 +17,21 @@ struct ModeRow {
     QStringList opened, closed;
 };
 
-// The page with a spy on its notices, driven through its own buttons; its peers are
-// loopback QTcpSockets and QUdpSockets, and `board` serves its client mode.
-struct Rig {
-    NetworkToolWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
+// The page driven through its own buttons; its peers are loopback QTcpSockets and
+// QUdpSockets, and `board` serves its client mode.
+struct Rig : NetworkPageRig {
     QTcpServer board;
 
-    template <class T>
-    T *child(const char *name) { return page.findChild<T *>(name); }
     QString button() { return child<QPushButton>("btnOpen")->text(); }
     bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
     bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
     QPushButton *sendButton() { return LarkTest::find<QPushButton>(page.sendBox(), "发送数据"); }
     QStringList notices() const
     {
-        QStringList out;
-        for (const auto &args : notify)
-            out << args.at(0).toString();
-        return out;
+        QStringList texts;
+        for (const QList<QVariant> &args : notify)
+            texts << args.at(0).toString();
+        return texts;
     }
     QStringList clients()
     {
@@ -50,19 +40,7 @@ struct Rig {
             items << child<QComboBox>("cbxClients")->itemText(i);
         return items;
     }
-    void setMode(int mode, const QString &port)
-    {
-        child<QComboBox>("cbxNetType")->setCurrentIndex(mode);
-        child<QComboBox>("cbxAddress")->setCurrentText("127.0.0.1");
-        child<QLineEdit>("edtPort")->setText(port);
-    }
-    void press() { QTest::mouseClick(child<QPushButton>("btnOpen"), Qt::LeftButton); }
-    void open(int mode, const QString &port) { setMode(mode, port); press(); }
     quint16 startServer() { open(0, "0"); return page.tcpServer()->serverPort(); }
-    quint16 startUdp() { open(2, "0"); return page.udpSocket()->localPort(); }
-    // the send box's signal, as its send button emits it
-    void send(const QByteArray &data) { QMetaObject::invokeMethod(page.sendBox(), "signalSendData", Q_ARG(QByteArray, data)); }
-
     std::vector<Peer> connectClients(int n)
     {
         std::vector<Peer> peers;
@@ -82,17 +60,12 @@ struct Rig {
                 return TcpServer::clientName("127.0.0.1", c->socketDescriptor());
         return QString();
     }
-    // presses "断开" and answers the box with its OK or cancel button; the box's
-    // "title: question" lands in the result, which stays empty if nothing asks
-    std::shared_ptr<QString> pressDisconnect(bool ok, int timeoutMs = 5000)
+    // presses "断开" and answers the box with its OK or cancel button: the box's
+    // "title: question", empty if nothing asks
+    QString pressDisconnect(bool ok)
     {
-        auto asked = std::make_shared<QString>();
-        LarkTest::onNextModal([asked, ok](QWidget *box) {
-            *asked = box->findChild<QLabel *>("winTitle")->text() + ": " + box->findChild<QLabel *>("labMsgText")->text();
-            QTest::mouseClick(box->findChild<QPushButton *>(ok ? "btnMsgOk" : "btnMsgCancel"), Qt::LeftButton);
-        }, timeoutMs);
-        QTest::mouseClick(child<QPushButton>("btnDisconnect"), Qt::LeftButton);
-        return asked;
+        return LarkTest::modalText([this] { QTest::mouseClick(child<QPushButton>("btnDisconnect"), Qt::LeftButton); },
+                                   ok ? "btnMsgOk" : "btnMsgCancel");
     }
 };
 
@@ -209,10 +182,8 @@ private slots:
     void aBurstOfClientsIsTaggedSentToAllOrOneAskedAndDropped()
     {
         rig->startServer();
-        // with no clients "断开" asks nothing (a box would be answered and seen here);
-        // the wait lets that watcher give up before the next box comes
-        QCOMPARE(*rig->pressDisconnect(false, 100), QString());
-        QTest::qWait(200);
+        // with no clients "断开" asks nothing (a box would be answered and seen here)
+        QCOMPARE(rig->pressDisconnect(false), QString());
         auto peers = rig->connectClients(200);
         QStringList names;
         for (auto &p : peers)
@@ -256,14 +227,14 @@ private slots:
             peers[i]->disconnectFromHost();
         QTRY_COMPARE(rig->clients().size(), 4);
         // "断开" asks first: cancelled, nothing happens; then it drops the chosen client
-        QCOMPARE(*rig->pressDisconnect(false), QString("询问: 是否确认断开当前客户端?"));
+        QCOMPARE(rig->pressDisconnect(false), QString("询问: 是否确认断开当前客户端?"));
         QCOMPARE(rig->page.tcpServer()->counts(), 3);
         box->setCurrentIndex(box->findText(names[2]));
-        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开当前客户端?"));
+        QCOMPARE(rig->pressDisconnect(true), QString("询问: 是否确认断开当前客户端?"));
         QTRY_COMPARE(peers[2]->state(), QAbstractSocket::UnconnectedState);
         QVERIFY(!rig->clients().contains(names[2]));
         box->setCurrentIndex(0);
-        QCOMPARE(*rig->pressDisconnect(true), QString("询问: 是否确认断开所有连接?"));
+        QCOMPARE(rig->pressDisconnect(true), QString("询问: 是否确认断开所有连接?"));
         QCOMPARE(rig->clients(), QStringList{"All Clients"});
         QTRY_COMPARE(peers[1]->state(), QAbstractSocket::UnconnectedState);
 

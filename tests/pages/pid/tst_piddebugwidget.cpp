@@ -2,17 +2,11 @@
 #include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
-#include "LarkTest.h"
-#include "PidBoardFrame.h"
 #include "LinkTap.h"
-#include "PidDebugWidget.h"
-#include "QtSerialPort.h"
+#include "PidBoardFrame.h"
+#include "PidPageRig.h"
 
 #include <QSerialPort>
-#include <QtTest>
-#include <QtWidgets>
-
-#include <qcustomplot.h>
 
 // The page on one end of a pty pair, the test as the board on the other.
 class TstPidDebugWidget : public QObject
@@ -25,26 +19,11 @@ class TstPidDebugWidget : public QObject
     QSignalSpy *m_reads = nullptr;
     QCustomPlot *m_plot = nullptr;
 
-    // the widget in column 1 of a row of a group box
-    template <class W>
-    W *at(const QString &group, int row) const
-    {
-        for (QGroupBox *g : m_page->findChildren<QGroupBox *>()) {
-            if (g->title() == group)
-                return qobject_cast<W *>(static_cast<QGridLayout *>(g->layout())->itemAtPosition(row, 1)->widget());
-        }
-        return nullptr;
-    }
-    QComboBox *channel() const { return at<QComboBox>("PID值配置", 0); }
-    QLineEdit *edit(int k) const { return at<QLineEdit>("PID值配置", QList<int>{1, 2, 3, 5, 6}[k]); } // P I D target period
-    QString shown() const
-    {
-        QStringList texts;
-        for (int k = 0; k < 5; ++k)
-            texts << edit(k)->text();
-        return texts.join('|');
-    }
-    QPushButton *button(const QString &text) const { return LarkTest::find<QPushButton>(m_page, text); }
+    QComboBox *portBox(int row) const { return qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "串口配置", row)); }
+    QComboBox *channel() const { return PidPage::channel(m_page); }
+    QLineEdit *edit(int k) const { return PidPage::edit(m_page, k); }
+    QString shown() const { return PidPage::shown(m_page); }
+    QPushButton *button(const QString &text) const { return PidPage::button(m_page, text); }
     bool openPort()
     {
         button("打开串口")->click();
@@ -68,17 +47,6 @@ class TstPidDebugWidget : public QObject
         const int want = received() + data.size();
         const bool taken = m_pty->boardWrite(data) && QTest::qWaitFor([&] { return received() >= want; }, 5000);
         return taken && QMetaObject::invokeMethod(m_page, "SltReplotFrame");
-    }
-    static QString modalText(std::function<void()> action)
-    {
-        QString text;
-        LarkTest::onNextModal([&](QWidget *dlg) {
-            for (QLabel *l : dlg->findChildren<QLabel *>())
-                text += l->text();
-            dlg->close();
-        });
-        action();
-        return text;
     }
 
     // the bytes the page exports (how the file is written: the exporter's own test)
@@ -113,7 +81,7 @@ private slots:
         QCOMPARE(LarkTest::fileBytes(dir.filePath("dialog.csv")), pidCsv({}));
         LarkTest::onNextModal([](QWidget *dlg) { dlg->close(); });
         button("导出数据")->click();
-        QVERIFY(modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
+        QVERIFY(LarkTest::modalText([&] { m_page->ExportDataToFile("/nonexistent-lark-dir/pid.csv"); }).contains("文件保存失败!"));
         QCOMPARE(QList<QVariantList>(*m_notes), (QList<QVariantList>{{"文件已导出：" + dir.filePath("dialog.csv"), 0}}));
     }
 
@@ -122,8 +90,8 @@ private slots:
     // vanished port
     void userIsToldOfOpenCloseAndFailures()
     {
-        at<QComboBox>("串口配置", 2)->setCurrentText("奇"); // no effect: always no parity
-        auto *ports = at<QComboBox>("串口配置", 0);
+        portBox(2)->setCurrentText("奇"); // no effect: always no parity
+        QComboBox *ports = portBox(0);
         m_page->SltSerialportChanged({});
         QVERIFY(ports->isEditable() && ports->count() == 0);
         QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
@@ -133,7 +101,7 @@ private slots:
         QVERIFY(!m_page->serialPort()->isOpen());
         m_page->SltSerialportChanged({"lark-no-such-tty"});
         QVERIFY(!openPort() && button("打开串口"));
-        QVERIFY(modalText([&] { button("启动")->click(); }).contains("请确认是否打开串口！") && button("启动"));
+        QVERIFY(LarkTest::modalText([&] { button("启动")->click(); }).contains("请确认是否打开串口！") && button("启动"));
         // the watcher keeps the open port, closes a vanished one
         m_page->SltSerialportChanged({m_pty->programShortName()});
         QVERIFY(openPort());
@@ -321,7 +289,7 @@ private slots:
         button("清空显示")->click(); // copies the legend's state into the new graphs
         for (int g = 0; g < 10; ++g)
             QCOMPARE(m_plot->graph(g)->visible(), g == 9);
-        at<QComboBox>("PID值配置", 8)->setCurrentIndex(1); // wheel zoom on the value axis
+        qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "PID值配置", 8))->setCurrentIndex(1); // wheel zoom on the value axis
         QCOMPARE(m_plot->axisRect()->rangeZoom(), Qt::Vertical);
     }
 

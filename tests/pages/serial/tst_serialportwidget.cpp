@@ -1,52 +1,27 @@
 #include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
-#include "LarkTest.h"
-#include "MyApp.h"
-#include "NumberTool.h"
-#include "QSerialPorCheck.h"
-#include "QextSerialPort.h"
-#include "QtRecvSaveFormat.h"
-#include "QtRecvViewFeeder.h"
-#include "QtSendBoxWidget.h"
-#include "QtTerminalWidget.h"
 #include "LinkTap.h"
-#include "SerialportWidget.h"
-#include "UiSkin.h"
+#include "QSerialPorCheck.h"
+#include "QtRecvSaveFormat.h"
+#include "QtSendBoxWidget.h"
+#include "SerialPageRig.h"
 #include "StatusLabel.h"
-
-#include <QtTest>
-#include <QtWidgets>
+#include "UiSkin.h"
 
 namespace {
 
 // a page whose port is one end of a socat pty pair; the test plays the board
-struct Rig {
+struct Rig : SerialPageRig {
     LarkPtyPair pty;
-    SerialportWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString, int))};
-    QSignalSpy counts{&page, SIGNAL(signalRefresCounts(int))};
 
-    template <typename T>
-    T *child(const char *name) { return page.findChild<T *>(QString::fromLatin1(name)); }
-
-    void press() { child<QPushButton>("btnOpen")->click(); }
-    bool open()
-    {
-        if (!pty.start())
-            return false;
-        page.SltSerialportChanged({pty.programShortName()});
-        press();
-        return page.serialport()->isOpen();
-    }
+    bool open() { return pty.start() && openOn(pty.programShortName()); }
     // the board writes, and the test waits until the page has taken one read
     bool boardSendsOneRead(const QByteArray &bytes)
     {
         QSignalSpy ready(page.serialport(), SIGNAL(readyRead()));
         return pty.boardWrite(bytes) && ready.wait(5000);
     }
-    // what the view shows once the reads of this display frame have gone in
-    QString shown() const { return page.recvFeeder()->flush(), page.terminal()->toPlainText(); }
 };
 
 // lines a board prints, GB18030 text among them
@@ -64,13 +39,7 @@ class TstSerialportWidget : public QObject
 {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        LarkTest::cleanAppDirs();
-        // each page appends its new line to the process-wide one
-        NumberTool::m_newLine.clear();
-        MyApp::m_nTextCodecIndex = 1;
-    }
+    void init() { SerialPageRig::reset(); }
 
     // a port the system does not list is typed into the port box and opened as "/dev/" + the text
     void openAndCloseAreAnnouncedAndUseTheSettings()
@@ -155,11 +124,13 @@ private slots:
         qApp->setStyleSheet(QString());
     }
 
+    // the tail of a split character is waited for 50 ms from the read that held it
     void aChunkEndingHighWaitsForTheNextReadOrTheTick()
     {
         Rig rig;
         // a long tick first, so that a slow relay cannot let the first half go out alone
         QTimer *tick = rig.page.findChild<QTimer *>();
+        QVERIFY(tick->isSingleShot() && tick->interval() == 50);
         tick->setInterval(10000);
         QVERIFY(rig.open());
         QVERIFY(rig.boardSendsOneRead("AT+\xD6"));
@@ -175,10 +146,13 @@ private slots:
 
         // held, not counted, and nothing follows: the 50 ms tick shows it
         tick->setInterval(50);
+        QElapsedTimer held;
         QVERIFY(rig.boardSendsOneRead("1234567\x81"));
+        held.start();
         QVERIFY(!rig.shown().contains("1234567"));
         QCOMPARE(rig.page.recvCount(), quint32(11));
         QTRY_VERIFY(rig.shown().contains("1234567"));
+        QVERIFY2(held.elapsed() >= 40, qPrintable(QString::number(held.elapsed())));
         QVERIFY(rig.page.recvBuffer().isEmpty());
         QCOMPARE(rig.page.getCounts(), (QStringList{"发送字节: 0", "接收字节: 19"}));
         QCOMPARE(rig.counts.last().at(0).toInt(), 0);
@@ -239,18 +213,15 @@ private slots:
         rig.child<QCheckBox>("chkSendNewLine")->click();
         rig.child<QComboBox>("cbxSendOption")->setCurrentIndex(1);
         QCOMPARE(box->currentPage(), 2);
-        QLineEdit *rows[10] = {};
-        for (QLineEdit *e : box->findChildren<QLineEdit *>())
-            if (e->property("id").isValid())
-                rows[e->property("id").toInt()] = e;
-        rows[1]->setText("01 03 00 FF");
+        auto row = [box](int id) { return LarkTest::byId<QLineEdit>(box, id); };
+        row(1)->setText("01 03 00 FF");
         box->SltMultiBtnClicked(1);
         QCOMPARE(rig.pty.boardReadAtLeast(4), QByteArray("\x01\x03\x00\xFF", 4));
 
         // auto send over rows 2 and 4, in text again
         rig.child<QRadioButton>("rbtnSendAscii")->click();
-        rows[1]->setText("r2");
-        rows[3]->setText("r4");
+        row(1)->setText("r2");
+        row(3)->setText("r4");
         rig.child<QLineEdit>("edtAutoInterval")->setText("20");
         emit rig.child<QLineEdit>("edtAutoInterval")->editingFinished();
         rig.child<QCheckBox>("chkAutoSend")->setChecked(true);
@@ -410,27 +381,9 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.open());
-        QextSerialPort *port = rig.page.serialport();
         rig.press();
-        QCOMPARE(LarkTest::sweepSerialOptions(
-                     &rig.page, rig.pty.programPath(), [port] { return QString::number(port->dataBits()) + "NOESM"[port->parity()]; },
-                     [&] { rig.press(); return port->isOpen(); }, [&] { if (port->isOpen()) rig.press(); }),
+        QCOMPARE(LarkTest::sweepQextPage(&rig.page, rig.pty.programPath(), rig.page.serialport(), [&] { rig.press(); }),
                  LarkTest::qextSerialSweep());
-    }
-
-    // the tail of a split character is waited for 50 ms from the read that held it
-    void aSplitCharacterIsHeldFiftyMilliseconds()
-    {
-        Rig rig;
-        QTimer *tick = rig.page.findChild<QTimer *>();
-        QVERIFY(rig.open());
-        QVERIFY(tick->isSingleShot() && tick->interval() == 50);
-        QElapsedTimer held;
-        QVERIFY(rig.boardSendsOneRead("AT\xD6"));
-        held.start();
-        QVERIFY(rig.shown().isEmpty());
-        QTRY_VERIFY(!rig.shown().isEmpty());
-        QVERIFY2(held.elapsed() >= 40, qPrintable(QString::number(held.elapsed())));
     }
 };
 
