@@ -1,6 +1,5 @@
-#include "LarkTest.h"
-
 #include "IconHelper.h"
+#include "LarkGuiTest.h"
 
 #include <QImage>
 #include <QPainterPath>
@@ -33,5 +32,5 @@ private slots:
     }
 };
 
-LARK_TEST_MAIN(TstResources)
+LARK_TEST_GUI_MAIN(TstResources)
 #include "tst_resources.moc"
