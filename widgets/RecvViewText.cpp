@@ -1,5 +1,7 @@
 #include "RecvViewText.h"
+#include "NumberTool.h"
 
+#include <QTextCodec>
 #include <algorithm>
 
 namespace {
@@ -159,4 +161,12 @@ int RecvViewText::sliceLength(const QString &text, int budget)
             return i + 1;
     }
     return text.size();
+}
+
+QByteArray RecvViewText::saveBytes(const QString &fileName, const QString &viewText, const QByteArray &codecName)
+{
+    if (!fileName.endsWith("txt"))
+        return NumberTool::hexStrToByteArray(viewText);
+    QTextCodec *codec = QTextCodec::codecForName(codecName);
+    return codec ? codec->fromUnicode(viewText) : viewText.toUtf8();
 }

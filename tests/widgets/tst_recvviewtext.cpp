@@ -109,6 +109,26 @@ private slots:
         QFETCH(int, budget);
         QTEST(RecvViewText::sliceLength(text, budget), "length");
     }
+
+    void saveBytesFollowTheSuffix_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("codec");
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("txt in GB18030") << "/tmp/a.txt" << QByteArray("GB18030") << "温度\n2" << QByteArray("\xCE\xC2\xB6\xC8\n2");
+        QTest::newRow("txt in UTF-8") << "/tmp/a.txt" << QByteArray("UTF-8") << "温度" << QString("温度").toUtf8();
+        QTest::newRow("bin from hex") << "/tmp/a.bin" << QByteArray("GB18030") << "01 AB 0D 0A " << QByteArray("\x01\xAB\r\n", 4);
+        QTest::newRow("suffix is case-sensitive") << "/tmp/a.TXT" << QByteArray("GB18030") << "41 42" << QByteArray("AB");
+        QTest::newRow("no suffix is binary") << "/tmp/a" << QByteArray("GB18030") << "00 FF" << QByteArray("\x00\xFF", 2);
+    }
+    void saveBytesFollowTheSuffix()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, codec);
+        QFETCH(QString, view);
+        QTEST(RecvViewText::saveBytes(fileName, view, codec), "bytes");
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstRecvViewText)
