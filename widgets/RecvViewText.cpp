@@ -1,6 +1,7 @@
 #include "RecvViewText.h"
 #include "NumberTool.h"
 
+#include <QStringList>
 #include <QTextCodec>
 #include <algorithm>
 
@@ -169,4 +170,25 @@ QByteArray RecvViewText::saveBytes(const QString &fileName, const QString &viewT
         return NumberTool::hexStrToByteArray(viewText);
     QTextCodec *codec = QTextCodec::codecForName(codecName);
     return codec ? codec->fromUnicode(viewText) : viewText.toUtf8();
+}
+
+QString RecvViewText::terminalForm(const QString &text)
+{
+    QString result;
+    for (const QString &piece : text.split("\r\n", Qt::KeepEmptyParts, Qt::CaseSensitive)) {
+        const QString line = lastCRText(piece);
+        if (!line.isEmpty())
+            result.append(line + "\n");
+    }
+    return result;
+}
+
+QString RecvViewText::lastCRText(const QString &line)
+{
+    if (line.isEmpty())
+        return line;
+    QStringList pieces = line.split("\r", Qt::KeepEmptyParts, Qt::CaseSensitive);
+    if (pieces.last().isEmpty())
+        pieces.removeLast();
+    return pieces.isEmpty() ? QString() : pieces.last();
 }

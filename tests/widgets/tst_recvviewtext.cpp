@@ -110,6 +110,27 @@ private slots:
         QTEST(RecvViewText::sliceLength(text, budget), "length");
     }
 
+    void terminalFormHonoursCarriageReturns_data()
+    {
+        QTest::addColumn<QString>("fed");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("return wipes the old line") << "abc\rde" << "de\n";
+        QTest::newRow("trailing return keeps the line") << "abc\r" << "abc\n";
+        QTest::newRow("progress overwrites") << "10%\r20%\r" << "20%\n";
+        QTest::newRow("empty lines vanish") << "a\r\n\r\n\r\nb" << "a\nb\n";
+        QTest::newRow("lone line feed is no line end") << "a\nb\r\n" << "a\nb\n";
+        // only one trailing return is forgiven: a second one leaves an empty, vanishing line
+        QTest::newRow("two trailing returns") << "abc\r\r" << "";
+        QTest::newRow("a lone return") << "\r" << "";
+        QTest::newRow("two returns then text") << "ab\r\rc\r\nd\r\r\r\n" << "c\n";
+        QTest::newRow("returns over feeds") << "50%\r\rok" << "ok\n";
+    }
+    void terminalFormHonoursCarriageReturns()
+    {
+        QFETCH(QString, fed);
+        QTEST(RecvViewText::terminalForm(fed), "shown");
+    }
+
     void saveBytesFollowTheSuffix_data()
     {
         QTest::addColumn<QString>("fileName");
