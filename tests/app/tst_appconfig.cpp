@@ -2,8 +2,7 @@
 #include "LarkTest.h"
 #include "MyApp.h"
 
-#include <QComboBox>
-#include <QPushButton>
+#include <QtWidgets>
 #include <QtTest>
 
 static QStringList s_warnings;

@@ -16,10 +16,8 @@
 #include "QtSerialPort.h"
 #include "SerialportWidget.h"
 
-#include <QComboBox>
-#include <QStackedWidget>
-#include <QTcpServer>
-#include <QTcpSocket>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
 
 #include <unistd.h>

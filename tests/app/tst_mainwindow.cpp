@@ -17,15 +17,8 @@
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "StatusLabel.h"
-#include <QAction>
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QNetworkDatagram>
-#include <QUdpSocket>
-#include <QComboBox>
-#include <QPushButton>
-#include <QStackedWidget>
-#include <QToolButton>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
 
 class TstMainWindow : public QObject

@@ -1,9 +1,7 @@
 #include "IconHelper.h"
 #include "LarkGuiTest.h"
 
-#include <QImage>
-#include <QPainterPath>
-#include <QRawFont>
+#include <QtGui>
 #include <QTranslator>
 
 // The icon font must draw every glyph the program uses; images and translation load.

@@ -2,9 +2,7 @@
 #include "LinkTapRig.h"
 #include "ScriptRuntime.h"
 
-#include <QElapsedTimer>
-#include <QRegularExpression>
-#include <QSignalSpy>
+#include <QtTest>
 
 // Scripts on a loopback TCP link: the runtime fed by the tap, writing through it.
 class TstScriptRuntime : public QObject

@@ -4,10 +4,6 @@
 #include "LarkTapSpy.h"
 #include "LarkTestCore.h"
 
-#include <QRandomGenerator>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
 
 // The board on a socat pty writes, a real serial port reads into a tap as a page's

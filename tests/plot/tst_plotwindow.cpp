@@ -5,14 +5,9 @@
 #include "PlotDefinitionFormDialog.h"
 #include "PlotWindow.h"
 
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProcess>
-#include <QPushButton>
-#include <QTemporaryDir>
-#include <QUdpSocket>
-#include <QNetworkDatagram>
+#include <QtNetwork>
+#include <QtTest>
+#include <QtWidgets>
 #include <qcustomplot.h>
 
 #include <cmath>

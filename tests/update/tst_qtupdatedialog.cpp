@@ -2,12 +2,8 @@
 #include "QtUpdateDialog.h"
 #include "UpdateZip.h"
 
-#include <QLabel>
-#include <QNetworkAccessManager>
-#include <QPushButton>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTextBrowser>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
 
 #include <sys/socket.h>

@@ -2,8 +2,7 @@
 #include "QtNavigationBar.h"
 
 #include <QKeySequence>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 class TstQtNavigationBar : public QObject
 {

@@ -2,8 +2,7 @@
 #include "MyApp.h"
 #include "QtRecvSaveFormat.h"
 
-#include <QDialog>
-#include <QWidget>
+#include <QtWidgets>
 #include <QtTest>
 
 class TstQtRecvSaveFormat : public QObject

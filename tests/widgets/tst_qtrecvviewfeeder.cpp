@@ -2,9 +2,7 @@
 #include "QtRecvViewFeeder.h"
 #include "RecvViewText.h"
 
-#include <QScrollBar>
-#include <QTextBlock>
-#include <QTextEdit>
+#include <QtWidgets>
 #include <QtTest>
 
 #include <algorithm>

@@ -3,8 +3,7 @@
 #include "QtTerminalWidget.h"
 #include "UiSkin.h"
 
-#include <QGraphicsDropShadowEffect>
-#include <QScrollBar>
+#include <QtWidgets>
 #include <QtTest>
 
 class TstQtTerminalWidget : public QObject

@@ -2,8 +2,7 @@
 #include "QtTitleBar.h"
 
 #include <QTest>
-#include <QToolButton>
-#include <QVBoxLayout>
+#include <QtWidgets>
 
 class TstQtTitleBar : public QObject
 {

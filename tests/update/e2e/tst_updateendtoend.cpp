@@ -6,12 +6,8 @@
 #include "LarkRelease.h"
 #include "LarkTestCore.h"
 
-#include <QDir>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
+#include <QtTest>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 
 #include <signal.h>
 
