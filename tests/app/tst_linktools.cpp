@@ -1,3 +1,4 @@
+#include "../comm/PtyLine.h"
 #include "LarkPtyPair.h"
 #include "LarkSer2net.h"
 #include "LarkTest.h"
@@ -38,13 +39,6 @@ class tst_LinkTools : public QObject
             return m_window->linkTools()->addRemotePort(i, path) && c->reopenPort(path);
         return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
     }
-    static QString stty(const QString &path)
-    {
-        QProcess p;
-        p.start("stty", {"-F", path, "-a"});
-        p.waitForFinished();
-        return QString::fromLatin1(p.readAllStandardOutput());
-    }
 
 private slots:
     void init()
@@ -73,10 +67,10 @@ private slots:
         // chosen while closed: the open applies it
         m_window->linkTools()->setFlowControl(index, 1);
         QVERIFY(reopen(index, pty.programPath()));
-        QVERIFY(stty(pty.programPath()).contains(" crtscts"));
+        QVERIFY(sttyOf(pty.programPath()).contains(" crtscts"));
         // changed while open: at once
         m_window->linkTools()->setFlowControl(index, 2);
-        const QString now = stty(pty.programPath());
+        const QString now = sttyOf(pty.programPath());
         QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
         QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
         m_window->linkTools()->setControlLine(index, true, false);
