@@ -66,8 +66,7 @@ private slots:
         QVERIFY(pty.start());
         // chosen while closed: the open applies it
         m_window->linkTools()->setFlowControl(index, 1);
-        QVERIFY(reopen(index, pty.programPath()));
-        QVERIFY(sttyOf(pty.programPath()).contains(" crtscts"));
+        QVERIFY(reopen(index, pty.programPath()) && sttyOf(pty.programPath()).contains(" crtscts"));
         // changed while open: at once
         m_window->linkTools()->setFlowControl(index, 2);
         const QString now = sttyOf(pty.programPath());
@@ -184,8 +183,7 @@ private slots:
         auto *serial = qobject_cast<SerialportWidget *>(page(0));
         auto *box = serial->findChild<QComboBox *>("cbxPort");
         m_window->linkTools()->setAutoReconnect(0, reconnect);
-        QVERIFY(makeLink());
-        QVERIFY(serial->reopenPort("/dev/" + name));
+        QVERIFY(makeLink() && serial->reopenPort("/dev/" + name));
         socat.terminate();
         QVERIFY(socat.waitForFinished());
         QTRY_VERIFY(!tap(0)->isOpen());

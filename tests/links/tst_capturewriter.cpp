@@ -91,8 +91,7 @@ private slots:
             QVERIFY(QFile::remove(path));
             writer.SltReceived("second");
         }
-        QVERIFY(failed.wait());
-        QVERIFY(!writer.isRunning() && failed.at(0).at(0).toString().contains(path));
+        QVERIFY(failed.wait() && !writer.isRunning() && failed.at(0).at(0).toString().contains(path));
         QCOMPARE(writer.totalBytes(), deleteMidway ? qint64(5) : qint64(0));
         // the link goes on: more bytes are simply not captured
         writer.SltReceived("third");

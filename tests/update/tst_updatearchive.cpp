@@ -53,8 +53,7 @@ private slots:
             progress << QString("%1 %2%3").arg(k).arg(skipped ? "skipped " : "").arg(entry);
         }));
         QCOMPARE(progress, (QStringList{"0 skipped " + name, "1 in/a..b"}));
-        QVERIFY(QDir(outside).isEmpty());
-        QVERIFY(!QFile::exists(parent.path() + "/x"));
+        QVERIFY(QDir(outside).isEmpty() && !QFile::exists(parent.path() + "/x"));
         QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
         QCOMPARE(LarkTest::readFile(programDir + "/sub/a..b"), QByteArray("good"));
     }
@@ -73,8 +72,7 @@ private slots:
         QCOMPARE(calls, 4);
         QCOMPARE(LarkTest::readFile(program + "/readme.txt"), QByteArray("new text"));
         QCOMPARE(LarkTest::readFile(program + "/data/deep/a.bin"), QByteArray(1000, '\x5A'));
-        QVERIFY(QFileInfo(program + "/run").isExecutable());
-        QVERIFY(!QFileInfo(program + "/readme.txt").isExecutable());
+        QVERIFY(QFileInfo(program + "/run").isExecutable() && !QFileInfo(program + "/readme.txt").isExecutable());
     }
 
     void anUnreadableArchiveWritesNothing_data()

@@ -98,8 +98,7 @@ private slots:
             w->insertRecvData(QByteArray("line\r\n").repeated(40), true, false);
             QTRY_VERIFY(view.count > i);
         }
-        QVERIFY(w->verticalScrollBar()->value() > 0);
-        QVERIFY(!frame.painted.intersects(w->viewport()->geometry()));
+        QVERIFY(w->verticalScrollBar()->value() > 0 && !frame.painted.intersects(w->viewport()->geometry()));
     }
 };
 

@@ -34,8 +34,7 @@ private slots:
             QtWaitDialog::Instance()->Stop();
         });
         dlg->ShowWaitMessage("请稍候", 0, true);
-        QVERIFY(wasModal);
-        QVERIFY(!dlg->isVisible());
+        QVERIFY(wasModal && !dlg->isVisible());
     }
 };
 
