@@ -93,13 +93,13 @@ void ColorPanelBar::setValue(double value)
     if (value < m_dMinValue || value > m_dMaxValue)
         return;
     if (change(this, m_dValue, value))
-        m_dPercent = value / (m_dMaxValue - m_dMinValue) * 100;
+        m_dPercent = ColorPanelGeometry::percentOf(value, m_dMinValue, m_dMaxValue);
 }
 
 void ColorPanelBar::setPercent(double percent)
 {
     if (change(this, m_dPercent, percent))
-        m_dValue = percent / 100 * (m_dMaxValue - m_dMinValue);
+        m_dValue = ColorPanelGeometry::valueAt(percent, m_dMinValue, m_dMaxValue);
 }
 
 void ColorPanelBar::resizeEvent(QResizeEvent *)
@@ -175,7 +175,7 @@ void ColorPanelBar::mouseMoveEvent(QMouseEvent *event)
         m_dValue = m_dMinValue;
         m_color = m_colorBottom;
     } else {
-        m_dValue = m_dPercent / 100 * (m_dMaxValue - m_dMinValue);
+        m_dValue = ColorPanelGeometry::valueAt(m_dPercent, m_dMinValue, m_dMaxValue);
         initColor();
     }
     update();

@@ -42,6 +42,16 @@ int ColorPanelGeometry::colorRow(double percent, int height)
     return qMin(int(height - percent / 100 * height + 1), height - 1);
 }
 
+double ColorPanelGeometry::valueAt(double percent, double minimum, double maximum)
+{
+    return percent / 100 * (maximum - minimum);
+}
+
+double ColorPanelGeometry::percentOf(double value, double minimum, double maximum)
+{
+    return value / (maximum - minimum) * 100;
+}
+
 QRect ColorPanelGeometry::cellRect(const QSize &size, int rows, int columns, int id)
 {
     const int cellWidth = (size.width() + s_nSpacing - s_nSpacing * columns) / columns;

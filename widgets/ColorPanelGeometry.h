@@ -24,6 +24,10 @@ public:
     static double percentAt(int y, int percentHeight, int travel);
     // the picture row whose colour stands for a percent, in a bar of that height
     static int colorRow(double percent, int height);
+    // a bar's value at a percent and the percent of a value: both of the span between
+    // minimum and maximum, not of the distance from the minimum
+    static double valueAt(double percent, double minimum, double maximum);
+    static double percentOf(double value, double minimum, double maximum);
 
     // the cell id of a grid of that size: cells in rows, under the title strip
     static QRect cellRect(const QSize &size, int rows, int columns, int id);

@@ -1,6 +1,7 @@
 #include "QtTerminalWidget.h"
 #include "MyApp.h"
 #include "NumberTool.h"
+#include "RecvViewText.h"
 
 #include <QEvent>
 #include <QFont>
@@ -118,25 +119,11 @@ void QtTerminalWidget::insertTerminalText(const QString &strText)
         return;
     }
     m_strTerminalText.append(strText);
-    const QStringList lines = m_strTerminalText.split("\r\n", Qt::KeepEmptyParts, Qt::CaseSensitive);
-    QString result;
-    for (const QString &piece : lines) {
-        const QString line = getLastCRText(piece);
-        if (!line.isEmpty()) {
-            result.append(line);
-            result.append("\n");
-        }
-    }
-    setPlainText(result);
+    setPlainText(RecvViewText::terminalForm(m_strTerminalText));
     moveCursorToEnd();
 }
 
 QString QtTerminalWidget::getLastCRText(QString text)
 {
-    if (text.isEmpty())
-        return text;
-    QStringList pieces = text.split("\r", Qt::KeepEmptyParts, Qt::CaseSensitive);
-    if (pieces.last().isEmpty())
-        pieces.removeLast();
-    return pieces.isEmpty() ? QString() : pieces.last();
+    return RecvViewText::lastCRText(text);
 }

@@ -1,5 +1,8 @@
 #include "RecvViewText.h"
+#include "NumberTool.h"
 
+#include <QStringList>
+#include <QTextCodec>
 #include <algorithm>
 
 namespace {
@@ -159,4 +162,33 @@ int RecvViewText::sliceLength(const QString &text, int budget)
             return i + 1;
     }
     return text.size();
+}
+
+QByteArray RecvViewText::saveBytes(const QString &fileName, const QString &viewText, const QByteArray &codecName)
+{
+    if (!fileName.endsWith("txt"))
+        return NumberTool::hexStrToByteArray(viewText);
+    QTextCodec *codec = QTextCodec::codecForName(codecName);
+    return codec ? codec->fromUnicode(viewText) : viewText.toUtf8();
+}
+
+QString RecvViewText::terminalForm(const QString &text)
+{
+    QString result;
+    for (const QString &piece : text.split("\r\n", Qt::KeepEmptyParts, Qt::CaseSensitive)) {
+        const QString line = lastCRText(piece);
+        if (!line.isEmpty())
+            result.append(line + "\n");
+    }
+    return result;
+}
+
+QString RecvViewText::lastCRText(const QString &line)
+{
+    if (line.isEmpty())
+        return line;
+    QStringList pieces = line.split("\r", Qt::KeepEmptyParts, Qt::CaseSensitive);
+    if (pieces.last().isEmpty())
+        pieces.removeLast();
+    return pieces.isEmpty() ? QString() : pieces.last();
 }

@@ -1,6 +1,7 @@
 #ifndef RECVVIEWTEXT_H
 #define RECVVIEWTEXT_H
 
+#include <QByteArray>
 #include <QString>
 
 // The text rules of a receive view, free of any widget: what a plain-text document
@@ -40,6 +41,20 @@ public:
     // end after a line, since a line split over two slices would be laid out twice, and
     // a line longer than the whole budget goes in alone.
     static int sliceLength(const QString &text, int budget);
+
+    // What a terminal shows for the text fed to it with carriage returns honoured:
+    // "\r\n" ends a line, and of each line only what follows its last "\r" stays (a
+    // single trailing "\r" is forgiven). Every line that is left gets one "\n", the
+    // unfinished last one too; lines left empty vanish.
+    static QString terminalForm(const QString &text);
+    // the rest of one line after its carriage returns: a return wipes the line
+    static QString lastCRText(const QString &line);
+
+    // What a view's text saves as in a file of that name: the text in the named codec
+    // (UTF-8 without such a codec) for a name ending in "txt", else the text read back
+    // as hexadecimal (raw bytes). A view taken in ASCII or with log tags goes through
+    // the same lenient conversion: what is not hex text yields what it makes of it.
+    static QByteArray saveBytes(const QString &fileName, const QString &viewText, const QByteArray &codecName);
 };
 
 #endif // RECVVIEWTEXT_H

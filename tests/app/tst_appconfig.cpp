@@ -2,8 +2,7 @@
 #include "LarkTest.h"
 #include "MyApp.h"
 
-#include <QComboBox>
-#include <QPushButton>
+#include <QtWidgets>
 #include <QtTest>
 
 static QStringList s_warnings;
@@ -56,8 +55,7 @@ private slots:
             if (content != "plain file")
                 QDir().mkpath(confDir());
             QFile f(content == "plain file" ? confDir() : ini);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            QVERIFY(f.write(content) == content.size() && f.flush());
+            QVERIFY(f.open(QIODevice::WriteOnly) && f.write(content) == content.size() && f.flush());
             // QSettings caches files by time stamp and size: make each one look new
             static int tick = 0;
             f.setFileTime(QDateTime::currentDateTime().addSecs(-3600 - ++tick), QFileDevice::FileModificationTime);
@@ -92,8 +90,7 @@ private slots:
         QCOMPARE(MyApp::toUnicode(MyApp::strToUnicode(text)), text);
         QCOMPARE(MyApp::m_nSkinStyle, skin);
         QFile sheet(skin == 1 ? ":/resources/css/white.css" : ":/resources/css/default.css");
-        QVERIFY(sheet.open(QIODevice::ReadOnly));
-        QVERIFY(sheet.readAll().endsWith(qApp->styleSheet().toUtf8()));
+        QVERIFY(sheet.open(QIODevice::ReadOnly) && sheet.readAll().endsWith(qApp->styleSheet().toUtf8()));
         QSettings s(ini, QSettings::IniFormat);
         QCOMPARE(s.value("Common/Skin").toInt(), skin);
         QCOMPARE(s.contains("Common/RecvBackground"), filled);

@@ -23,8 +23,7 @@ private slots:
 
     void aCopyOwnsOnlyAFolderItCanWriteAndWasNotInstalledIn()
     {
-        QVERIFY(AppPaths::isPortableDir(m_tmp.path()));
-        QVERIFY(!AppPaths::isPortableDir(m_tmp.filePath("missing")));
+        QVERIFY(AppPaths::isPortableDir(m_tmp.path()) && !AppPaths::isPortableDir(m_tmp.filePath("missing")));
         // root can write there, but the package manager owns it
         if (QFileInfo(LARK_INSTALL_FULL_BINDIR).isDir())
             QVERIFY(!AppPaths::isPortableDir(LARK_INSTALL_FULL_BINDIR));

@@ -1,3 +1,4 @@
+#include "../comm/PtyLine.h"
 #include "LarkPtyPair.h"
 #include "LarkSer2net.h"
 #include "LarkTest.h"
@@ -16,10 +17,8 @@
 #include "QtSerialPort.h"
 #include "SerialportWidget.h"
 
-#include <QComboBox>
-#include <QStackedWidget>
-#include <QTcpServer>
-#include <QTcpSocket>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
 
 #include <unistd.h>
@@ -39,13 +38,6 @@ class tst_LinkTools : public QObject
         if (auto *c = qobject_cast<CameraDebugWidget *>(page(i)))
             return m_window->linkTools()->addRemotePort(i, path) && c->reopenPort(path);
         return qobject_cast<PidDebugWidget *>(page(i))->reopenPort(path);
-    }
-    static QString stty(const QString &path)
-    {
-        QProcess p;
-        p.start("stty", {"-F", path, "-a"});
-        p.waitForFinished();
-        return QString::fromLatin1(p.readAllStandardOutput());
     }
 
 private slots:
@@ -74,11 +66,10 @@ private slots:
         QVERIFY(pty.start());
         // chosen while closed: the open applies it
         m_window->linkTools()->setFlowControl(index, 1);
-        QVERIFY(reopen(index, pty.programPath()));
-        QVERIFY(stty(pty.programPath()).contains(" crtscts"));
+        QVERIFY(reopen(index, pty.programPath()) && sttyOf(pty.programPath()).contains(" crtscts"));
         // changed while open: at once
         m_window->linkTools()->setFlowControl(index, 2);
-        const QString now = stty(pty.programPath());
+        const QString now = sttyOf(pty.programPath());
         QVERIFY(now.contains("-crtscts") && now.contains(" ixon") && now.contains(" ixoff"));
         QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
         m_window->linkTools()->setControlLine(index, true, false);
@@ -192,8 +183,7 @@ private slots:
         auto *serial = qobject_cast<SerialportWidget *>(page(0));
         auto *box = serial->findChild<QComboBox *>("cbxPort");
         m_window->linkTools()->setAutoReconnect(0, reconnect);
-        QVERIFY(makeLink());
-        QVERIFY(serial->reopenPort("/dev/" + name));
+        QVERIFY(makeLink() && serial->reopenPort("/dev/" + name));
         socat.terminate();
         QVERIFY(socat.waitForFinished());
         QTRY_VERIFY(!tap(0)->isOpen());

@@ -17,15 +17,8 @@
 #include "QtTabBar.h"
 #include "QtTitleBar.h"
 #include "StatusLabel.h"
-#include <QAction>
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QNetworkDatagram>
-#include <QUdpSocket>
-#include <QComboBox>
-#include <QPushButton>
-#include <QStackedWidget>
-#include <QToolButton>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
 
 class TstMainWindow : public QObject
@@ -177,10 +170,7 @@ private slots:
         QFile other(QCoreApplication::applicationDirPath() + "/conf/ser_send_data.txt");
         QVERIFY(other.open(QIODevice::WriteOnly));
         LarkTest::onNextModal([confirm](QWidget *box) {
-            for (QPushButton *b : box->findChildren<QPushButton *>())
-                if (confirm && b->text() == "确定")
-                    return QTest::mouseClick(b, Qt::LeftButton);
-            QTest::keyClick(box, Qt::Key_Return);
+            confirm ? LarkTest::click(box, "确定") : QTest::keyClick(box, Qt::Key_Return);
         });
         action("恢复默认设置")->trigger();
         QCOMPARE(MyApp::m_nSkinStyle, confirm ? 0 : 1);
@@ -235,9 +225,7 @@ private slots:
         QVERIFY(network->linkTap()->isOpen());
         action("波形绘图…")->trigger();
         action("自动应答与脚本…")->trigger();
-        PlotWindow *plot = nullptr;
-        for (QWidget *w : QApplication::topLevelWidgets())
-            plot = qobject_cast<PlotWindow *>(w) ? qobject_cast<PlotWindow *>(w) : plot;
+        PlotWindow *plot = PlotWindow::shownFor(network->linkTap());
         auto *automation = m_window->findChild<AutomationWindow *>();
         QVERIFY(plot && automation && automation->tap() == network->linkTap());
         automation->setRules({ReplyRule(ReplyRule::MatchText, "ping", ReplyRule::ReplyText, "pong\\r\\n")});

@@ -1,10 +1,7 @@
-#include "LarkTest.h"
-
 #include "IconHelper.h"
+#include "LarkGuiTest.h"
 
-#include <QImage>
-#include <QPainterPath>
-#include <QRawFont>
+#include <QtGui>
 #include <QTranslator>
 
 // The icon font must draw every glyph the program uses; images and translation load.
@@ -33,5 +30,5 @@ private slots:
     }
 };
 
-LARK_TEST_MAIN(TstResources)
+LARK_TEST_GUI_MAIN(TstResources)
 #include "tst_resources.moc"

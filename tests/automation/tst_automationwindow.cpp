@@ -4,11 +4,8 @@
 #include "LinkTapRig.h"
 #include "ScriptRuntime.h"
 
-#include <QCheckBox>
-#include <QPlainTextEdit>
-#include <QSignalSpy>
-#include <QTableWidget>
-#include <QTemporaryDir>
+#include <QtTest>
+#include <QtWidgets>
 
 // The window's own wiring: table to runner, editor and buttons to the runtime, files
 // to the table, all on a loopback TCP link through its tap.

@@ -1,8 +1,7 @@
 #include "LarkTestCore.h"
 #include "ReplyMatcher.h"
 
-#include <QElapsedTimer>
-#include <QTextCodec>
+#include <QtTest>
 
 static ReplyRule rule(ReplyRule::MatchKind kind, const QString &pattern, int minIntervalMs = 0)
 {

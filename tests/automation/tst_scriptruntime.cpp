@@ -2,9 +2,7 @@
 #include "LinkTapRig.h"
 #include "ScriptRuntime.h"
 
-#include <QElapsedTimer>
-#include <QRegularExpression>
-#include <QSignalSpy>
+#include <QtTest>
 
 // Scripts on a loopback TCP link: the runtime fed by the tap, writing through it.
 class TstScriptRuntime : public QObject
@@ -107,8 +105,7 @@ private slots:
         QVERIFY2(t.elapsed() < 1000, qPrintable(QString::number(t.elapsed())));
         const QString why = finished.at(0).at(0).toString();
         QVERIFY2(why.contains(QRegularExpression(reason)), qPrintable(why));
-        QVERIFY(!m_runtime->isRunning());
-        QVERIFY(m_runtime->start("function onData(b) { send(b); }", "test.js"));
+        QVERIFY(!m_runtime->isRunning() && m_runtime->start("function onData(b) { send(b); }", "test.js"));
         m_rig->boardWrite("echo");
         QCOMPARE(m_rig->boardReadAtLeast(4), QByteArray("echo"));
     }

@@ -4,14 +4,20 @@
 #include <QProcess>
 #include <QString>
 
-// The line of a pty as its driver holds it: the speed, and " cstopb" after it for two
-// stop bits. A pty forces eight data bits and no parity, so nothing else reads back.
-inline QString ptyLine(const QString &path)
+// everything stty says of a tty's line
+inline QString sttyOf(const QString &path)
 {
     QProcess stty;
     stty.start("stty", {"-F", path, "-a"});
     stty.waitForFinished();
-    const QString all = QString::fromLatin1(stty.readAllStandardOutput());
+    return QString::fromLatin1(stty.readAllStandardOutput());
+}
+
+// The line of a pty as its driver holds it: the speed, and " cstopb" after it for two
+// stop bits. A pty forces eight data bits and no parity, so nothing else reads back.
+inline QString ptyLine(const QString &path)
+{
+    const QString all = sttyOf(path);
     return all.section(' ', 1, 1) + (all.contains(" cstopb") ? " cstopb" : "");
 }
 

@@ -2,11 +2,7 @@
 #include "LarkTestCore.h"
 #include "QSerialPorCheck.h"
 
-#include <QDir>
-#include <QScopeGuard>
 #include <QSerialPortInfo>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 #include <unistd.h>
 

@@ -4,10 +4,8 @@
 #include "PtyLine.h"
 #include "QtSerialPort.h"
 
-#include <QPointer>
+#include <QtTest>
 #include <QSerialPort>
-#include <QSignalSpy>
-#include <QTest>
 
 // QtSerialPort over a socat pty pair, the test playing the board on the other end.
 class TstQtSerialPort : public QObject

@@ -24,8 +24,7 @@ private slots:
     {
         if (!LarkSer2net::isInstalled())
             QSKIP("ser2net is not installed");
-        QVERIFY(m_pty.start());
-        QVERIFY(m_ser2net.start(m_pty.programPath()));
+        QVERIFY(m_pty.start() && m_ser2net.start(m_pty.programPath()));
         m_port = m_ser2net.port();
     }
     void cleanupTestCase() { m_ser2net.stop(); }
@@ -67,8 +66,7 @@ private slots:
         // port 1 on loopback: nothing listens there without root
         for (const QString &name : {QString("rfc2217://127.0.0.1:1"), QString("rfc2217://nohostport")}) {
             QextSerialPort port(name);
-            QVERIFY(!port.open(QIODevice::ReadWrite));
-            QVERIFY(!port.errorString().isEmpty() && !port.isOpen());
+            QVERIFY(!port.open(QIODevice::ReadWrite) && !port.errorString().isEmpty() && !port.isOpen());
         }
     }
 

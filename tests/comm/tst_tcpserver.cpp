@@ -2,9 +2,8 @@
 #include "TcpClient.h"
 #include "TcpServer.h"
 
-#include <QSignalSpy>
+#include <QtTest>
 #include <QTcpSocket>
-#include <QTest>
 #include <algorithm>
 #include <memory>
 #include <vector>

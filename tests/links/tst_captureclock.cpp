@@ -1,6 +1,5 @@
 #include "CaptureClock.h"
 
-#include <QDateTime>
 #include <QtTest>
 
 #include <ctime>

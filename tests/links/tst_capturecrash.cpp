@@ -3,8 +3,6 @@
 #include "LarkPtyPair.h"
 #include "LarkTestCore.h"
 
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <thread>

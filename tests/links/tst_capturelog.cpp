@@ -1,6 +1,5 @@
 #include "CaptureLog.h"
 
-#include <QTextCodec>
 #include <QtTest>
 
 class tst_CaptureLog : public QObject

@@ -4,10 +4,6 @@
 #include "LarkTapSpy.h"
 #include "LarkTestCore.h"
 
-#include <QRandomGenerator>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
 
 // The board on a socat pty writes, a real serial port reads into a tap as a page's
@@ -95,8 +91,7 @@ private slots:
             QVERIFY(QFile::remove(path));
             writer.SltReceived("second");
         }
-        QVERIFY(failed.wait());
-        QVERIFY(!writer.isRunning() && failed.at(0).at(0).toString().contains(path));
+        QVERIFY(failed.wait() && !writer.isRunning() && failed.at(0).at(0).toString().contains(path));
         QCOMPARE(writer.totalBytes(), deleteMidway ? qint64(5) : qint64(0));
         // the link goes on: more bytes are simply not captured
         writer.SltReceived("third");

@@ -1,10 +1,6 @@
 #include "DeviceReopener.h"
 #include "LarkTestCore.h"
 
-#include <QDir>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 // socat pseudo-terminals play a device that goes away and comes back: the same link

@@ -1,9 +1,7 @@
 #include "LarkTestCore.h"
 #include "SocketReconnector.h"
 
-#include <QSignalSpy>
-#include <QTcpServer>
-#include <QTcpSocket>
+#include <QtNetwork>
 #include <QtTest>
 
 class tst_SocketReconnector : public QObject

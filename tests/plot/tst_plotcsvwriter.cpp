@@ -2,8 +2,7 @@
 #include "PlotCsvWriter.h"
 #include "PlotSampleStore.h"
 
-#include <QProcess>
-#include <QTemporaryDir>
+#include <QtTest>
 
 class tst_PlotCsvWriter : public QObject
 {

@@ -1,8 +1,7 @@
 #include "LarkTestCore.h"
 #include "PlotFrameDefinition.h"
 
-#include <QDir>
-#include <QTemporaryDir>
+#include <QtTest>
 
 #include <cmath>
 

@@ -5,14 +5,9 @@
 #include "PlotDefinitionFormDialog.h"
 #include "PlotWindow.h"
 
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProcess>
-#include <QPushButton>
-#include <QTemporaryDir>
-#include <QUdpSocket>
-#include <QNetworkDatagram>
+#include <QtNetwork>
+#include <QtTest>
+#include <QtWidgets>
 #include <qcustomplot.h>
 
 #include <cmath>
@@ -51,8 +46,7 @@ private slots:
         PlotWindow w(&board.tap, "plot");
         w.show();
         QTRY_VERIFY_WITH_TIMEOUT(w.store().totalRows() >= 60, 10000);
-        QVERIFY(sim.stop());
-        QVERIFY(w.textParser().badLines() == 0 && w.store().channelCount() == 3);
+        QVERIFY(sim.stop() && w.textParser().badLines() == 0 && w.store().channelCount() == 3);
         // the third column counts lines modulo 100: none lost, none doubled
         const int rows = w.store().rows();
         for (int r = 1; r < rows; ++r)

@@ -1,16 +1,10 @@
 #include "LarkTest.h"
 #include "QtUpdateDialog.h"
+#include "UpdateZip.h"
 
-#include <QLabel>
-#include <QNetworkAccessManager>
-#include <QProcess>
-#include <QPushButton>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QTextBrowser>
+#include <QtNetwork>
+#include <QtWidgets>
 #include <QtTest>
-
-#include <private/qzipwriter_p.h>
 
 #include <sys/socket.h>
 
@@ -47,9 +41,8 @@ protected slots:
     }
 
 private:
-    enum End { Close, Stall, Reset, Full }; // Full: closed, the program's disk nearly full
+    enum End { Close, Stall, Reset };
     End m_end = Close;
-    QString m_strMount;
     static QByteArray httpOk(const QByteArray &body, bool withLength = true, const QByteArray &fileName = "",
                              int sent = -1)
     {
@@ -100,9 +93,6 @@ private slots:
 
     void cleanup()
     {
-        if (!m_strMount.isEmpty())
-            QProcess::execute("umount", {m_strMount});
-        m_strMount.clear();
         m_replies.reset();
         delete m_dialog.data();
         LarkTest::cleanAppDirs();
@@ -163,19 +153,9 @@ private slots:
         QByteArray big(300000, 0);
         for (char &c : big)
             c = char(QRandomGenerator::global()->generate());
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        QZipWriter writer(&buffer);
-        writer.addFile("larkTools", "#!/bin/sh\necho \"$PWD\" > '" + marker.toUtf8() + "'\n");
-        writer.addDirectory("data");
-        writer.addFile("data/big.bin", big);
-        writer.addFile("readme.txt", "new");
-        writer.addFile("../evil", "out"); // named as skipped; the archive's own test has the cases
-        writer.close();
-        QByteArray zip = buffer.data();
-        // Qt 5's writer stores an execute permission as a write one: set the owner's execute
-        // bit in the entry's central record, the last copy of its name, as zip tools do
-        zip.data()[zip.lastIndexOf("larkTools") - 6] |= 0x40;
+        // ../evil is named as skipped; the archive's own test has the cases
+        const QByteArray zip = updateZip({{"larkTools", "#!/bin/sh\necho \"$PWD\" > '" + marker.toUtf8() + "'\n"},
+            {"data/", ""}, {"data/big.bin", big}, {"readme.txt", "new"}, {"../evil", "out"}}, {"larkTools"});
 
         offer("x");
         m_answers["/up/larkTools_unix"] = httpOk(zip, withLength, fileName);
@@ -229,33 +209,14 @@ private slots:
         QTest::addColumn<QByteArray>("answer"); // the download's raw answer
         QTest::addColumn<int>("end");           // how the server ends it
         QTest::addColumn<QString>("reported");  // what the view gains, at least
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        QZipWriter writer(&buffer);
-        writer.addFile("larkTools", "#!/bin/sh\n");
-        writer.addFile("zeros.bin", QByteArray(2 << 20, '\0'));
-        writer.close();
-        const QByteArray zip = buffer.data();
-        const int zeros = zip.lastIndexOf("zeros.bin") - 46; // its central record
-        const auto patched = [&](int at, const QByteArray &bytes) { return QByteArray(zip).replace(at, bytes.size(), bytes); };
-        const QString cut = "\n下载未完成(", refused = "\n文件更新完成，正在解压文件,稍后自动重启！\n升级文件";
+        const QByteArray zip = updateZip({{"larkTools", "#!/bin/sh\n"}, {"zeros.bin", QByteArray(2 << 20, '\0')}});
+        const QString cut = "\n下载未完成(";
+        // what the archive refuses, and why, is the archive's own test: here the refusal reaches the view
         QTest::newRow("stall after the headers: cancelled") << httpOk(zip, true, "u.zip", 100) << int(Stall) << QString();
         QTest::newRow("reset mid-body") << httpOk(zip, true, "u.zip", 100) << int(Reset) << cut;
         QTest::newRow("body shorter than its length") << httpOk(zip, true, "u.zip", 100) << int(Close) << cut;
-        QTest::newRow("body longer than its length") << httpOk(zip.chopped(30), true, "u.zip") + zip.right(30) << int(Close) << refused + "已损坏(目录不完整)";
-        QTest::newRow("not a zip inside") << httpOk("PK but no archive", true, "u.zip") << int(Close) << refused + "已损坏(目录不完整)";
-        QTest::newRow("corrupt central directory") << httpOk(patched(zeros, "PK\1\3"), true, "u.zip") << int(Close) << refused + "已损坏(目录不完整)";
-        QTest::newRow("corrupt entry data") << httpOk(patched(zip.indexOf("zeros.bin") + 20, "\xff\xff"), true, "u.zip") << int(Close) << refused + "已损坏(zeros.bin)";
-        QTest::newRow("size understated") << httpOk(patched(zeros + 24, QByteArray("\0\4\0\0", 4)), true, "u.zip") << int(Close) << refused + "已损坏(zeros.bin)";
-        QTest::newRow("beyond the cap") << httpOk(patched(zeros + 24, QByteArray("\0\0\0\x7f", 4)), true, "u.zip") << int(Close) << refused + "解压后过大(2032.0MB，最多1024.0MB)";
-        QTest::newRow("more than the disk holds") << httpOk(zip, true, "u.zip") << int(Full) << "\n文件更新完成，正在解压文件,稍后自动重启！\n磁盘空间不足(解压需2.0MB，可用0.";
-        QBuffer manyZip;
-        manyZip.open(QIODevice::WriteOnly);
-        QZipWriter many(&manyZip);
-        for (int i = 0; i < 100000; ++i)
-            many.addFile(QString::number(i), QByteArray());
-        many.close();
-        QTest::newRow("100,000 entries") << httpOk(manyZip.data(), true, "u.zip") << int(Close) << refused + "条目过多(100000个，最多10000个)";
+        QTest::newRow("body longer than its length") << httpOk(zip.chopped(30), true, "u.zip") + zip.right(30) << int(Close)
+            << "\n文件更新完成，正在解压文件,稍后自动重启！\n升级文件已损坏(目录不完整)";
     }
 
     // Whatever the server or the archive does wrong, nothing of the program is touched, no
@@ -266,11 +227,6 @@ private slots:
         QFETCH(int, end);
         QFETCH(QString, reported);
         QTemporaryDir program;
-        if (end == Full) {
-            if (QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=256k", "tmpfs", program.path()}) != 0)
-                QSKIP("mounting a tmpfs is not allowed here");
-            m_strMount = program.path();
-        }
         m_end = End(end);
         offer("x");
         m_answers["/up/larkTools_unix"] = answer;

@@ -1,9 +1,8 @@
 #include "LarkTestCore.h"
 #include "UpdateArchive.h"
+#include "UpdateZip.h"
 
 #include <QtTest>
-
-#include <private/qzipwriter_p.h>
 
 class TstUpdateArchive : public QObject
 {
@@ -54,8 +53,7 @@ private slots:
             progress << QString("%1 %2%3").arg(k).arg(skipped ? "skipped " : "").arg(entry);
         }));
         QCOMPARE(progress, (QStringList{"0 skipped " + name, "1 in/a..b"}));
-        QVERIFY(QDir(outside).isEmpty());
-        QVERIFY(!QFile::exists(parent.path() + "/x"));
+        QVERIFY(QDir(outside).isEmpty() && !QFile::exists(parent.path() + "/x"));
         QVERIFY(!QFileInfo(programDir + "/x").isSymLink() && !QFile::exists(programDir + "/x"));
         QCOMPARE(LarkTest::readFile(programDir + "/sub/a..b"), QByteArray("good"));
     }
@@ -66,27 +64,15 @@ private slots:
         QTemporaryDir dir;
         const QString program = dir.path() + "/program";
         QVERIFY(QDir().mkpath(program) && LarkTest::writeFile(program + "/readme.txt", "old text"));
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        QZipWriter writer(&buffer);
-        writer.addFile("run", "#!/bin/sh\n");
-        writer.addDirectory("data/deep");
-        writer.addFile("data/deep/a.bin", QByteArray(1000, '\x5A'));
-        writer.addFile("readme.txt", "new");
-        writer.close();
-        // Qt 5's writer cannot store an execute bit: set the owner's in the entry's
-        // central record, the last copy of its name, as zip tools do
-        QByteArray bytes = buffer.data();
-        bytes.data()[bytes.lastIndexOf("run") - 6] |= 0x40;
-        QVERIFY(LarkTest::writeFile(dir.path() + "/u.zip", bytes));
+        QVERIFY(LarkTest::writeFile(dir.path() + "/u.zip", updateZip({{"run", "#!/bin/sh\n"}, {"data/deep/", ""},
+            {"data/deep/a.bin", QByteArray(1000, '\x5A')}, {"readme.txt", "new"}}, {"run"})));
 
         int calls = 0;
         QVERIFY(UpdateArchive(dir.path() + "/u.zip").unpack(program, [&](int, const QString &, bool) { ++calls; }));
         QCOMPARE(calls, 4);
         QCOMPARE(LarkTest::readFile(program + "/readme.txt"), QByteArray("new text"));
         QCOMPARE(LarkTest::readFile(program + "/data/deep/a.bin"), QByteArray(1000, '\x5A'));
-        QVERIFY(QFileInfo(program + "/run").isExecutable());
-        QVERIFY(!QFileInfo(program + "/readme.txt").isExecutable());
+        QVERIFY(QFileInfo(program + "/run").isExecutable() && !QFileInfo(program + "/readme.txt").isExecutable());
     }
 
     void anUnreadableArchiveWritesNothing_data()
@@ -104,6 +90,47 @@ private slots:
         QCOMPARE(UpdateArchive(dir.path() + "/u.zip").count(), 0);
         QVERIFY(!UpdateArchive(dir.path() + "/missing.zip").unpack(dir.path(), nullptr));
         QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"u.zip"});
+    }
+
+    // An archive that is broken, too large, or larger than the disk it would land on
+    // writes nothing and says why.
+    void aRefusedArchiveWritesNothingAndSaysWhy_data()
+    {
+        QTest::addColumn<QByteArray>("zip");
+        QTest::addColumn<QString>("reason"); // how errorString() starts
+        const QByteArray zip = updateZip({{"larkTools", "#!/bin/sh\n"}, {"zeros.bin", QByteArray(2 << 20, '\0')}});
+        const int zeros = zip.lastIndexOf("zeros.bin") - 46; // its central record
+        const auto patched = [&](int at, const QByteArray &bytes) { return QByteArray(zip).replace(at, bytes.size(), bytes); };
+        QList<QPair<QString, QByteArray>> many;
+        for (int i = 0; i < 100000; ++i)
+            many.append({QString::number(i), QByteArray()});
+        const QString broken = "升级文件已损坏(";
+        QTest::newRow("no archive behind the mark") << QByteArray("PK but no archive") << broken + "目录不完整)";
+        QTest::newRow("cut short") << zip.chopped(30) << broken + "目录不完整)";
+        QTest::newRow("corrupt central directory") << patched(zeros, "PK\1\3") << broken + "目录不完整)";
+        QTest::newRow("corrupt entry data") << patched(zip.indexOf("zeros.bin") + 20, "\xff\xff") << broken + "zeros.bin)";
+        QTest::newRow("size understated") << patched(zeros + 24, QByteArray("\0\4\0\0", 4)) << broken + "zeros.bin)";
+        QTest::newRow("beyond the cap") << patched(zeros + 24, QByteArray("\0\0\0\x7f", 4))
+                                        << "升级文件解压后过大(2032.0MB，最多1024.0MB)";
+        QTest::newRow("more than the disk holds") << zip << "磁盘空间不足(解压需2.0MB，可用0.";
+        QTest::newRow("100,000 entries") << updateZip(many) << "升级文件条目过多(100000个，最多10000个)";
+    }
+
+    void aRefusedArchiveWritesNothingAndSaysWhy()
+    {
+        QFETCH(QByteArray, zip);
+        QFETCH(QString, reason);
+        QTemporaryDir dir;
+        const QString program = dir.filePath("program");
+        const bool full = reason.startsWith("磁盘");
+        QVERIFY(QDir().mkpath(program) && LarkTest::writeFile(dir.filePath("u.zip"), zip));
+        if (full && QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=256k", "tmpfs", program}) != 0)
+            QSKIP("mounting a tmpfs is not allowed here");
+        const auto unmount = qScopeGuard([&] { full && QProcess::execute("umount", {program}); });
+        const UpdateArchive archive(dir.filePath("u.zip"));
+        QVERIFY(!archive.unpack(program, nullptr));
+        QVERIFY2(archive.errorString().startsWith(reason), qPrintable(archive.errorString()));
+        QVERIFY(QDir(program).isEmpty());
     }
 
     // the system refuses to write a running executable: this one runs while unpacking

@@ -49,6 +49,25 @@ private slots:
         QCOMPARE(ColorPanelGeometry::percentAt(y, 15, 177), percent);
         QTEST(ColorPanelGeometry::colorRow(percent, 200), "row");
     }
+
+    // of the span, not of the distance from the minimum: 130 is half of 100 to 360
+    void barValueAndPercentOfTheSpan_data()
+    {
+        QTest::addColumn<double>("minimum");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<double>("percent");
+        QTest::newRow("no minimum") << 0.0 << 180.0 << 50.0;
+        QTest::newRow("the top") << 0.0 << 360.0 << 100.0;
+        QTest::newRow("with a minimum") << 100.0 << 130.0 << 50.0;
+    }
+    void barValueAndPercentOfTheSpan()
+    {
+        QFETCH(double, minimum);
+        QFETCH(double, value);
+        QFETCH(double, percent);
+        QCOMPARE(ColorPanelGeometry::percentOf(value, minimum, 360), percent);
+        QCOMPARE(ColorPanelGeometry::valueAt(percent, minimum, 360), value);
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstColorPanelGeometry)

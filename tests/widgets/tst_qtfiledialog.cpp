@@ -1,10 +1,7 @@
 #include "LarkTest.h"
 #include "QtFileDialog.h"
 
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QToolButton>
+#include <QtWidgets>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(QFileDialog::AcceptMode)

@@ -2,7 +2,6 @@
 #include "QtMessageBox.h"
 
 #include <QPushButton>
-#include <QToolButton>
 #include <QtTest>
 
 using BoxFunction = int (*)(const QString &, const QString &);
@@ -39,21 +38,14 @@ private slots:
         QFETCH(BoxFunction, box);
         QFETCH(QString, answer);
         LarkTest::onNextModal([&](QWidget *w) {
-            QPushButton *ok = w->findChild<QPushButton *>("btnMsgOk");
-            QPushButton *cancel = w->findChild<QPushButton *>("btnMsgCancel");
-            QToolButton *close = w->findChild<QToolButton *>("btnClose");
-            if (!ok || !cancel || !close) {
-                qobject_cast<QDialog *>(w)->reject(); // never leave a modal box behind
-                return;
-            }
-            if (answer == "ok")
-                QTest::mouseClick(ok, Qt::LeftButton);
-            else if (answer == "cancel")
-                QTest::mouseClick(cancel, Qt::LeftButton);
-            else if (answer == "close")
-                QTest::mouseClick(close, Qt::LeftButton);
+            const QMap<QString, QString> buttons{{"ok", "btnMsgOk"}, {"cancel", "btnMsgCancel"}, {"close", "btnClose"}};
+            const QMap<QString, Qt::Key> keys{{"return", Qt::Key_Return}, {"space", Qt::Key_Space}, {"escape", Qt::Key_Escape}};
+            if (QAbstractButton *button = w->findChild<QAbstractButton *>(buttons.value(answer, "-")))
+                QTest::mouseClick(button, Qt::LeftButton);
+            else if (keys.contains(answer) && w->findChild<QPushButton *>("btnMsgOk"))
+                QTest::keyClick(w, keys.value(answer));
             else
-                QTest::keyClick(w, answer == "return" ? Qt::Key_Return : answer == "space" ? Qt::Key_Space : Qt::Key_Escape);
+                qobject_cast<QDialog *>(w)->reject(); // never leave a modal box behind
         });
         QTEST(box("确认恢复默认设置吗?", "询问"), "result");
     }

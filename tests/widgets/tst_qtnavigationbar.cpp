@@ -2,8 +2,7 @@
 #include "QtNavigationBar.h"
 
 #include <QKeySequence>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 class TstQtNavigationBar : public QObject
 {
@@ -16,8 +15,7 @@ private slots:
     {
         bar = new QtNavigationBar;
         bar->setItems("一;;二二;三三三;四"); // the empty part is dropped
-        QVERIFY(LarkTest::showExposed(bar, {500, 30}));
-        QVERIFY(QTest::qWaitFor([this] { return !bar->isSliding(); }, 5000));
+        QVERIFY(LarkTest::showExposed(bar, {500, 30}) && QTest::qWaitFor([this] { return !bar->isSliding(); }, 5000));
         QCOMPARE(bar->itemCount(), 4);
         QCOMPARE(bar->getCurrentIndex(), 0);
     }

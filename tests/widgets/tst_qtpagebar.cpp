@@ -2,9 +2,7 @@
 #include "QtMessageTip.h"
 #include "QtPageBar.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
+#include <QtWidgets>
 #include <QtTest>
 
 class TstQtPageBar : public QObject

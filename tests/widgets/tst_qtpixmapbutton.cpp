@@ -1,4 +1,4 @@
-#include "LarkTest.h"
+#include "LarkTestCore.h"
 #include "QtPixmapButton.h"
 
 #include <QtTest>
@@ -18,5 +18,5 @@ private slots:
     }
 };
 
-LARK_TEST_MAIN(TstQtPixmapButton)
+LARK_TEST_GUILESS_MAIN(TstQtPixmapButton)
 #include "tst_qtpixmapbutton.moc"

@@ -2,9 +2,7 @@
 #include "QtRecvViewFeeder.h"
 #include "RecvViewText.h"
 
-#include <QScrollBar>
-#include <QTextBlock>
-#include <QTextEdit>
+#include <QtWidgets>
 #include <QtTest>
 
 #include <algorithm>
@@ -166,8 +164,7 @@ private slots:
         // flush shows what is pending at once; clear drops it for good
         queue.appendParagraph("flushed");
         queue.flush();
-        QVERIFY(!queue.isPending());
-        QVERIFY(view.toPlainText().endsWith("\nflushed"));
+        QVERIFY(!queue.isPending() && view.toPlainText().endsWith("\nflushed"));
         queue.appendParagraph(lines("%1\n", 100));
         QVERIFY(queue.isPending());
         queue.clear();

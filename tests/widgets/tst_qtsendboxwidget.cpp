@@ -7,11 +7,7 @@
 #include "QtSendBoxWidget.h"
 #include "QtSendConfigGroup.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTextEdit>
+#include <QtWidgets>
 #include <QtTest>
 
 namespace {

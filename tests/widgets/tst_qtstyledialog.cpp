@@ -7,10 +7,7 @@
 #include "QtTabBar.h"
 #include "UiSkin.h"
 
-#include <QFontDialog>
-#include <QLineEdit>
-#include <QStackedWidget>
-#include <QToolButton>
+#include <QtWidgets>
 #include <QtTest>
 
 // the debug lines the dialog logs; everything else goes through

@@ -1,8 +1,7 @@
 #include "LarkTest.h"
 #include "QtTabBar.h"
 
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 #include <QToolButton>
 
 class TstQtTabBar : public QObject

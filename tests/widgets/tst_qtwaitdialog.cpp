@@ -15,14 +15,14 @@ private slots:
         window.setGeometry(40, 30, 800, 500);
         QtWaitDialog *dlg = QtWaitDialog::Instance();
         dlg->SetParentWidget(&window);
-        dlg->ShowWaitMessage("正在连接...", 300, false);
+        dlg->ShowWaitMessage("正在连接...", 1000, false);
         QVERIFY(dlg->isVisible());
         QCOMPARE(dlg->pos(), QPoint(40 + (800 - dlg->width()) / 2, 30 + (500 - dlg->height()) / 2));
-        QVERIFY(dlg->spinner()->isSpinning());
-        QVERIFY(!dlg->spinner()->parentWidget()->isEnabled()); // the spinner's host, while it turns
+        // the spinner's host takes no input while it turns
+        QVERIFY(dlg->spinner()->isSpinning() && dlg->spinner()->isVisible() && !dlg->spinner()->parentWidget()->isEnabled());
+        QTRY_VERIFY(dlg->spinner()->currentCounter() > 0);
         QTRY_VERIFY_WITH_TIMEOUT(!dlg->isVisible(), 3000);
-        QVERIFY(!dlg->spinner()->isSpinning());
-        QVERIFY(dlg->spinner()->parentWidget()->isEnabled());
+        QVERIFY(!dlg->spinner()->isSpinning() && dlg->spinner()->isHidden() && dlg->spinner()->parentWidget()->isEnabled());
     }
 
     void modalMessageReturnsWhenStopped()
@@ -34,8 +34,7 @@ private slots:
             QtWaitDialog::Instance()->Stop();
         });
         dlg->ShowWaitMessage("请稍候", 0, true);
-        QVERIFY(wasModal);
-        QVERIFY(!dlg->isVisible());
+        QVERIFY(wasModal && !dlg->isVisible());
     }
 };
 

@@ -109,6 +109,47 @@ private slots:
         QFETCH(int, budget);
         QTEST(RecvViewText::sliceLength(text, budget), "length");
     }
+
+    void terminalFormHonoursCarriageReturns_data()
+    {
+        QTest::addColumn<QString>("fed");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("return wipes the old line") << "abc\rde" << "de\n";
+        QTest::newRow("trailing return keeps the line") << "abc\r" << "abc\n";
+        QTest::newRow("progress overwrites") << "10%\r20%\r" << "20%\n";
+        QTest::newRow("empty lines vanish") << "a\r\n\r\n\r\nb" << "a\nb\n";
+        QTest::newRow("lone line feed is no line end") << "a\nb\r\n" << "a\nb\n";
+        // only one trailing return is forgiven: a second one leaves an empty, vanishing line
+        QTest::newRow("two trailing returns") << "abc\r\r" << "";
+        QTest::newRow("a lone return") << "\r" << "";
+        QTest::newRow("two returns then text") << "ab\r\rc\r\nd\r\r\r\n" << "c\n";
+        QTest::newRow("returns over feeds") << "50%\r\rok" << "ok\n";
+    }
+    void terminalFormHonoursCarriageReturns()
+    {
+        QFETCH(QString, fed);
+        QTEST(RecvViewText::terminalForm(fed), "shown");
+    }
+
+    void saveBytesFollowTheSuffix_data()
+    {
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QByteArray>("codec");
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("txt in GB18030") << "/tmp/a.txt" << QByteArray("GB18030") << "温度\n2" << QByteArray("\xCE\xC2\xB6\xC8\n2");
+        QTest::newRow("txt in UTF-8") << "/tmp/a.txt" << QByteArray("UTF-8") << "温度" << QString("温度").toUtf8();
+        QTest::newRow("bin from hex") << "/tmp/a.bin" << QByteArray("GB18030") << "01 AB 0D 0A " << QByteArray("\x01\xAB\r\n", 4);
+        QTest::newRow("suffix is case-sensitive") << "/tmp/a.TXT" << QByteArray("GB18030") << "41 42" << QByteArray("AB");
+        QTest::newRow("no suffix is binary") << "/tmp/a" << QByteArray("GB18030") << "00 FF" << QByteArray("\x00\xFF", 2);
+    }
+    void saveBytesFollowTheSuffix()
+    {
+        QFETCH(QString, fileName);
+        QFETCH(QByteArray, codec);
+        QFETCH(QString, view);
+        QTEST(RecvViewText::saveBytes(fileName, view, codec), "bytes");
+    }
 };
 
 LARK_TEST_GUILESS_MAIN(TstRecvViewText)
