@@ -23,18 +23,9 @@ import subprocess
 import sys
 import time
 
+from larkproc import rss_mb, stop
+
 STALL_LIMIT_MS = 100
-
-
-def rss_mb(pid):
-    try:
-        with open('/proc/%d/status' % pid) as f:
-            for line in f:
-                if line.startswith('VmRSS:'):
-                    return int(line.split()[1]) / 1024.0
-    except OSError:
-        pass
-    return 0.0
 
 
 def free_port():
@@ -91,11 +82,7 @@ class Host:
             self.poll(0.2)
 
     def stop(self):
-        self.proc.terminate()
-        try:
-            self.proc.wait(5)
-        except subprocess.TimeoutExpired:
-            self.proc.kill()
+        stop(self.proc)
 
 
 def tcp_waves(host, port, quick):

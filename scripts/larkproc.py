@@ -1,5 +1,5 @@
-"""What the measuring scripts share: a process's CPU time as /proc counts it, and a
-display for programs that need one, and the records file of a measurement."""
+"""What the measuring scripts share: a process's CPU time and memory as /proc counts
+them, a display for programs that need one, and the records file of a measurement."""
 import glob
 import json
 import os
@@ -19,6 +19,18 @@ def cpu_seconds(pid):
         fields = f.read().rsplit(')', 1)[1].split()
     # utime and stime are fields 14 and 15 of the whole line, 12 and 13 after the name
     return (int(fields[11]) + int(fields[12])) / TICK
+
+
+def rss_mb(pid):
+    """Resident memory of pid in MB; 0 once it has gone."""
+    try:
+        with open('/proc/%d/status' % pid) as f:
+            for line in f:
+                if line.startswith('VmRSS:'):
+                    return int(line.split()[1]) / 1024.0
+    except OSError:
+        pass
+    return 0.0
 
 
 def run_seconds(pid):

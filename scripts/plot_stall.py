@@ -2,8 +2,9 @@
 """The stream plot window under 16 channels of 10 kHz from larksim over a pty: a
 recording of comma-separated lines (one millisecond of ten lines a chunk) is played by
 `larksim replay` into a pty that lark_plot_host reads; after WARM seconds (the ten-second
-window filled) the host's longest event-loop stall and its CPU over SECONDS are taken.
-Prints both for each round and the machine's load average; writes report records to
+window filled) the host's longest event-loop stall and its CPU over SECONDS are taken,
+and its resident memory at the end.
+Prints them for each round and the machine's load average; writes report records to
 OUT when given.
 
 usage: plot_stall.py HOST LARKSIM [OUT.json] [--seconds N] [--warm N] [--rounds N]
@@ -17,7 +18,7 @@ import sys
 import tempfile
 import time
 
-from larkproc import cpu_seconds, ensure_display, larksim_pty, stop, write_records
+from larkproc import cpu_seconds, ensure_display, larksim_pty, rss_mb, stop, write_records
 
 CHANNELS = 16
 RATE = 10000
@@ -72,7 +73,7 @@ def run(host, larksim, rec, warm, seconds):
                 if m and c0 is not None:
                     stalls.append(int(m.group(1)))
             cpu = (cpu_seconds(proc.pid) - c0) / (time.monotonic() - t0) * 100
-            return max(stalls), cpu
+            return max(stalls), cpu, rss_mb(proc.pid)
         finally:
             stop(proc)
     finally:
@@ -92,16 +93,17 @@ def main():
         recording(rec, warm + seconds + 5)
         results = []
         for _ in range(rounds):
-            stall, cpu = run(host, larksim, rec, warm, seconds)
+            stall, cpu, rss = run(host, larksim, rec, warm, seconds)
             load = os.getloadavg()
-            print('plot window, 16 channels x 10 kHz over a pty: longest stall %d ms, CPU %.1f %% of a core'
-                  ' (load average %.2f %.2f %.2f)' % ((stall, cpu) + load), flush=True)
-            results.append((stall, cpu))
+            print('plot window, 16 channels x 10 kHz over a pty: longest stall %d ms, CPU %.1f %% of a core,'
+                  ' %.0f MB resident at the end (load average %.2f %.2f %.2f)' % ((stall, cpu, rss) + load), flush=True)
+            results.append((stall, cpu, rss))
     if out:
         write_records(out, [
             {'name': 'plot_live/max_stall_ms', 'value': max(r[0] for r in results), 'unit': 'ms'},
             {'name': 'plot_live/cpu_percent_of_core', 'value': min(r[1] for r in results), 'unit': '%',
-             'cores': os.cpu_count()}])
+             'cores': os.cpu_count()},
+            {'name': 'plot_live/rss_mb_at_end', 'value': round(max(r[2] for r in results), 1), 'unit': 'MB'}])
 
 
 if __name__ == '__main__':

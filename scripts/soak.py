@@ -21,7 +21,7 @@ import subprocess
 import sys
 import time
 
-from larkproc import cpu_seconds
+from larkproc import cpu_seconds, rss_mb
 
 BURST = 4096  # bytes of one larksim binary burst
 LINE = 40     # about the bytes of one larksim GB18030 line
@@ -43,14 +43,6 @@ def sent_bytes(kind, count):
                 total += ((end - 1 - first) // 4 + 1) * (fixed[k] + width)
         n, width = end, width + 1
     return total
-
-
-def rss_mb(pid):
-    with open('/proc/%d/status' % pid) as f:
-        for line in f:
-            if line.startswith('VmRSS:'):
-                return int(line.split()[1]) / 1024.0
-    return 0.0
 
 
 def read_mb(pid):
