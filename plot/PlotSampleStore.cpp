@@ -133,16 +133,26 @@ void PlotSampleStore::scan(const Column &column, int from, int to, Span &span)
         span.low = std::min(span.low, lo);
         span.high = std::max(span.high, hi);
     };
-    const auto takeRow = [&](int at) {
-        const double v = column.values[size_t(at)];
-        if (!std::isnan(v))
-            take(v, v);
+    // A gap (NaN) never wins: std::min(a, b) and std::max(a, b) keep a when b is NaN.
+    // Without a test per row the loop compiles to plain min/max instructions; a redraw
+    // runs it over every visible row of every channel.
+    const auto takeRows = [&span, &column](int a, int b) {
+        const double *v = column.values.data();
+        double lo = span.low, hi = span.high;
+        for (int i = a; i < b; ++i) {
+            lo = std::min(lo, v[i]);
+            hi = std::max(hi, v[i]);
+        }
+        span.low = lo;
+        span.high = hi;
     };
     const int rowMask = (1 << blockBits(0)) - 1;
-    while (from < to && (from & rowMask))
-        takeRow(from++);
-    while (from < to && (to & rowMask))
-        takeRow(--to);
+    const int head = std::min(to, (from + rowMask) & ~rowMask);
+    takeRows(from, head);
+    from = head;
+    const int tail = std::max(from, to & ~rowMask);
+    takeRows(tail, to);
+    to = tail;
     for (int l = 0; l < Levels && from < to; ++l) {
         const int bits = blockBits(l);
         const int size = 1 << bits;
