@@ -4,7 +4,9 @@
 #include "LarkTestCore.h"
 
 #include <QApplication>
+#include <QPushButton>
 #include <QRegion>
+#include <QSignalSpy>
 #include <QString>
 #include <functional>
 
@@ -85,6 +87,16 @@ T *byId(const QObject *parent, int id)
 
 // the widget in column 1 of a row of the grid of parent's group box with that title
 QWidget *inGroup(const QObject *parent, const QString &title, int row);
+
+// what every page's rig holds: the page, its notices, its children by name
+template <class Page>
+struct PageRig {
+    Page page;
+    QSignalSpy notify{&page, SIGNAL(signalNotify(QString, int))};
+    template <class T>
+    T *child(const QString &name) { return find<T>(&page, name); }
+    void press() { child<QPushButton>("btnOpen")->click(); }
+};
 } // namespace LarkTest
 
 #endif // LARKTEST_H

@@ -17,20 +17,15 @@ enum Link { Server, Client, Udp, Serial };
 
 // The camera page and what it tells, set to a link through its own boxes. The serial
 // link is opened under a /dev/tty name of this process, a link to the board's pty.
-struct CameraPageRig {
-    CameraDebugWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
+struct CameraPageRig : LarkTest::PageRig<CameraDebugWidget> {
     const QString tty = QString("ttyLarkCam%1").arg(getpid());
 
     ~CameraPageRig() { QFile::remove("/dev/" + tty); }
 
-    template <class T>
-    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
     QComboBox *links() { return child<QComboBox>("cbxProtocol"); }
     // entry e of the register strip: 2k is row k's address, 2k + 1 its value
     QLineEdit *field(int e) { return LarkTest::byId<QLineEdit>(page.formatConfig(), e); }
     QString button() { return child<QPushButton>("btnOpen")->text(); }
-    void press() { child<QPushButton>("btnOpen")->click(); }
     // chooses the link and presses open: port is the page's own, or the server's for a
     // client; ptyPath, when given, is linked as the serial link's /dev/tty first
     bool start(Link l, const QString &port, bool jpeg = false, const QString &ptyPath = QString())

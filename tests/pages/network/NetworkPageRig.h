@@ -10,12 +10,8 @@
 #include <QtWidgets>
 
 // The network page and what it tells, set to a mode through its own boxes.
-struct NetworkPageRig {
-    NetworkToolWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString,int))};
+struct NetworkPageRig : LarkTest::PageRig<NetworkToolWidget> {
 
-    template <class T>
-    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
     void setMode(int mode, const QString &port)
     {
         child<QComboBox>("cbxNetType")->setCurrentIndex(mode);

@@ -13,9 +13,7 @@
 #include <QtWidgets>
 
 // The serial page and what it tells, opened through its own button.
-struct SerialPageRig {
-    SerialportWidget page;
-    QSignalSpy notify{&page, SIGNAL(signalNotify(QString, int))};
+struct SerialPageRig : LarkTest::PageRig<SerialportWidget> {
     QSignalSpy counts{&page, SIGNAL(signalRefresCounts(int))};
 
     // a first start in GB18030; each page appends its new line to the process-wide one
@@ -25,9 +23,6 @@ struct SerialPageRig {
         NumberTool::m_newLine.clear();
         MyApp::m_nTextCodecIndex = 1;
     }
-    template <typename T>
-    T *child(const QString &name) { return LarkTest::find<T>(&page, name); }
-    void press() { child<QPushButton>("btnOpen")->click(); }
     // lists the port of that short name ("pts/3") and opens it
     bool openOn(const QString &shortName)
     {
