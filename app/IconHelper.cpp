@@ -1,7 +1,7 @@
 #include "IconHelper.h"
 
 #include <QAbstractButton>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFontDatabase>
 #include <QLabel>
@@ -17,7 +17,7 @@ IconHelper *IconHelper::Instance()
         static QMutex mutex;
         QMutexLocker locker(&mutex);
         if (!self)
-            self = new IconHelper(qApp);
+            self = new IconHelper(QCoreApplication::instance());
     }
     return self;
 }
