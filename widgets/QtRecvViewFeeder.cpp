@@ -16,13 +16,13 @@ QtRecvViewFeeder::QtRecvViewFeeder(QTextEdit *view, QObject *parent)
     , m_nMaxViewChars(0)
     , m_nViewSlack(0)
     , m_nDelay(0)
+    , m_nPause(0)
     , m_nSliceChars(DefaultSliceChars)
     , m_bFollowEnd(false)
     , m_nViewLineChars(0)
 {
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
-    m_timer->setInterval(0);
     connect(m_timer, SIGNAL(timeout()), this, SLOT(SltShowSlice()));
 }
 
@@ -35,7 +35,7 @@ void QtRecvViewFeeder::setMaxViewChars(int chars, int slack)
 void QtRecvViewFeeder::setDelay(int ms)
 {
     m_nDelay = qMax(0, ms);
-    m_timer->setInterval(m_nDelay);
+    m_nPause = m_nDelay;
 }
 
 void QtRecvViewFeeder::setSliceChars(int chars)
@@ -81,18 +81,22 @@ void QtRecvViewFeeder::enqueue(const QString &piece, bool paragraph)
     else if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
         m_strPending[m_strPending.size() - 1] = QChar(QChar::ParagraphSeparator);
     m_strPending.append(piece);
-    if (waiting)
+    if (waiting || m_timer->isActive())
         return; // behind what is still being shown, in order
-    if (m_nDelay > 0) {
-        if (!m_timer->isActive())
-            m_timer->start();
+    // Slices go in at most once a pause: text after a quiet spell shows at once, text
+    // that follows within the pause gathers until it ends. A board that prints a line
+    // now and then is seen without delay, and a flood costs one edit and one repaint
+    // a pause, not one a read.
+    const qint64 since = m_sinceSlice.isValid() ? m_sinceSlice.elapsed() : m_nPause;
+    if (m_nDelay > 0 && since < m_nPause) {
+        m_timer->start(int(m_nPause - since));
         return;
     }
     // the first slice goes in now, so that a block starts to show with the read that
     // brought it
     showSlice(m_nSliceChars);
     if (isPending())
-        m_timer->start();
+        m_timer->start(m_nPause);
 }
 
 void QtRecvViewFeeder::clear()
@@ -116,13 +120,12 @@ void QtRecvViewFeeder::SltShowSlice()
     QElapsedTimer cost;
     cost.start();
     showSlice(m_nSliceChars);
-    if (!isPending())
-        return;
     // with a delay the next slice waits at least twice as long as this one took, so
     // that a flood never takes the event loop for itself
     if (m_nDelay > 0)
-        m_timer->setInterval(qBound(m_nDelay, int(cost.elapsed()) * 2, 1000));
-    m_timer->start();
+        m_nPause = qBound(m_nDelay, int(cost.elapsed()) * 2, 1000);
+    if (isPending())
+        m_timer->start(m_nPause);
 }
 
 // Inserts about budget characters in one edit, so that the view lays them out once.
@@ -168,6 +171,7 @@ void QtRecvViewFeeder::showSlice(int budget)
         m_view->moveCursor(QTextCursor::End);
     else if (atBottom)
         bar->setValue(bar->maximum());
+    m_sinceSlice.start();
 }
 
 // Drops the oldest text beyond the bound, where the one cut rule puts the front of

@@ -4,6 +4,7 @@
 #include "QtCompactLog.h"
 #include "RecvViewText.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 
@@ -21,9 +22,10 @@ class QTimer;
 // whole line, because the view lays out a line as one piece each time it changes (a
 // line longer than a slice, such as hex text, therefore still goes in whole). With a
 // delay of 0 the first slice goes in at once and the rest on the next turns of the
-// event loop; with a delay, text gathers for that long and the pause after a slice
-// grows with what the slice cost. With a view bound, the view holds only the last
-// characters (cut at a line start or after a blank where one lies close) while
+// event loop; with a delay, slices go in at most once per delay (text after a quiet
+// spell at once, what follows gathers till the delay has passed) and the pause after
+// a slice grows with what the slice cost. With a view bound, the view holds only the
+// last characters (cut at a line start or after a blank where one lies close) while
 // plainText still gives everything, kept compressed. With a view line bound, the
 // lines of a paragraph stay in one paragraph of the view up to that bound, and a
 // paragraph longer than that (running hex) is broken in the view alone, after a
@@ -79,6 +81,9 @@ private:
     int m_nMaxViewChars;
     int m_nViewSlack;
     int m_nDelay;
+    // the least time from one slice to the next: the delay, or more after a costly slice
+    int m_nPause;
+    QElapsedTimer m_sinceSlice;
     int m_nSliceChars;
     bool m_bFollowEnd;
     int m_nViewLineChars;

@@ -31,13 +31,14 @@ class SerialportWidget : public QtWidgetBase
 public:
     // the receive view: reads gathered per display frame, a bounded tail shown, view
     // lines of running hex bounded. Once text scrolls through the view, every frame
-    // repaints all of it, and at 33 frames a second that cost more than laying the
-    // text out: frames come at most 20 times a second, and each takes up to 24K
-    // characters, so the view still keeps up with some 500K characters a second.
-    static constexpr int RecvViewDelayMs = 50;
+    // repaints all of it and sends it to the display, which cost more than laying the
+    // text out: frames come at most 10 times a second (a read after a quiet spell
+    // shows at once), and each takes up to 48K characters, so the view still keeps up
+    // with some 480K characters a second.
+    static constexpr int RecvViewDelayMs = 100;
     static constexpr int RecvViewMaxChars = 1 << 17;
     static constexpr int RecvViewSlackChars = 1 << 17;
-    static constexpr int RecvViewSliceChars = 3 << 13;
+    static constexpr int RecvViewSliceChars = 3 << 14;
     static constexpr int RecvViewLineChars = 1 << 13;
 
     explicit SerialportWidget(QWidget *parent = nullptr);
