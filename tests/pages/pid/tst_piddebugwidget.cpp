@@ -1,4 +1,3 @@
-#include "GraphConfigWidget.h"
 #include "LarkLineSettings.h"
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
@@ -19,7 +18,6 @@ class TstPidDebugWidget : public QObject
     QSignalSpy *m_reads = nullptr;
     QCustomPlot *m_plot = nullptr;
 
-    QComboBox *portBox(int row) const { return qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "串口配置", row)); }
     QComboBox *channel() const { return PidPage::channel(m_page); }
     QLineEdit *edit(int k) const { return PidPage::edit(m_page, k); }
     QString shown() const { return PidPage::shown(m_page); }
@@ -90,8 +88,7 @@ private slots:
     // vanished port
     void userIsToldOfOpenCloseAndFailures()
     {
-        portBox(2)->setCurrentText("奇"); // no effect: always no parity
-        QComboBox *ports = portBox(0);
+        auto *ports = qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "串口配置", 0));
         m_page->SltSerialportChanged({});
         QVERIFY(ports->isEditable() && ports->count() == 0);
         QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
@@ -215,10 +212,6 @@ private slots:
         QCOMPARE(actual->data()->at(1)->value, 90.0);
         const double t = actual->data()->at(1)->key;
         QVERIFY(t >= 0.03 && t < 60);
-        // the window ends a quarter second past the newest sample and spans ten seconds;
-        // compared with a tolerance, as t + 0.25 - 10 and t - 9.75 may round apart
-        QCOMPARE(m_plot->xAxis->range().upper, t + 0.25);
-        QCOMPARE(m_plot->xAxis->range().lower, t - 9.75);
         QCOMPARE(m_plot->yAxis->range(), QCPRange(-30, 90));
         // reopening unsets the start: keys become epoch seconds, and the old points,
         // far out of the window now, go
@@ -252,9 +245,8 @@ private slots:
         QCOMPARE(exported(), pidCsv({"1,3,0,3\n2,1.23457e+06,0,1.23457e+06\n", "1,10,50,-40\n", "", "", ""}));
         button("清空显示")->click();
         QCOMPARE(m_plot->graphCount(), 15);
-        // CH1 target is gone; the old CH2 target is now first, in CH1's colour
+        // CH1 target is gone; the old CH2 target is now first
         QCOMPARE(m_plot->graph(0)->data()->at(0)->value, 50.0);
-        QCOMPARE(m_plot->graph(0)->pen().color(), QColor("#D9001B"));
         QCOMPARE(m_plot->graph(2)->data()->at(0)->value, 3.0); // old CH1 actual
         for (int g = 0; g < 13; ++g)
             QCOMPARE(m_plot->graph(g)->visible(), g == 0 || g == 5 || g > 9);
@@ -269,28 +261,6 @@ private slots:
             button(++k < 5 ? "清空显示" : "复位")->click();
             QCOMPARE(m_plot->graphCount(), count);
         }
-    }
-
-    // entries 70 wide from x 60, targets on the upper half; any button toggles, and the
-    // last shown curve cannot be hidden
-    void legendAndScaleDriveThePlot()
-    {
-        m_page->resize(1100, 700);
-        m_page->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_page));
-        auto *legend = m_page->findChild<GraphConfigWidget *>();
-        const int row2 = legend->height() / 2 + 2;
-        // CH5 actual on, outside twice, CH1 target off, CH1 actual off, CH5 actual refused
-        int k = 0;
-        for (const QPoint &p : {QPoint(409, row2), QPoint(410, 2), QPoint(59, 2), QPoint(60, 2), QPoint(129, row2), QPoint(409, row2)})
-            QTest::mouseClick(legend, ++k % 2 ? Qt::LeftButton : Qt::RightButton, Qt::NoModifier, p);
-        for (int g = 0; g < 10; ++g)
-            QCOMPARE(m_plot->graph(g)->visible(), g == 9);
-        button("清空显示")->click(); // copies the legend's state into the new graphs
-        for (int g = 0; g < 10; ++g)
-            QCOMPARE(m_plot->graph(g)->visible(), g == 9);
-        qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "PID值配置", 8))->setCurrentIndex(1); // wheel zoom on the value axis
-        QCOMPARE(m_plot->axisRect()->rangeZoom(), Qt::Vertical);
     }
 
     // What the curves hold for a stream, whatever the reads it arrives in: per graph,
@@ -360,20 +330,6 @@ private slots:
                               "N N N", "1 1"}));
     }
 
-    // past two samples per pixel column a curve is drawn as bars, without smoothing
-    void denseCurvesAreDrawnWithoutSmoothing()
-    {
-        const int dense = 2 * m_plot->axisRect()->width() + 2;
-        for (int i = 0; i < dense; ++i)
-            m_plot->graph(5)->addData(i, i % 7);
-        m_plot->graph(0)->addData(0, 1);
-        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
-        QVERIFY(m_plot->graph(0)->antialiased());
-        QVERIFY(!m_plot->graph(5)->antialiased());
-        m_plot->graph(5)->data()->removeBefore(1);
-        QVERIFY(QMetaObject::invokeMethod(m_page, "SltReplotFrame"));
-        QVERIFY(m_plot->graph(5)->antialiased());
-    }
 };
 
 LARK_TEST_MAIN(TstPidDebugWidget)
