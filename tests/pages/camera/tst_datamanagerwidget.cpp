@@ -34,13 +34,10 @@ private slots:
         m_w->setDataModel(m_model);
         m_w->show();
         m_warnings.clear();
-        // Qt's "replace the file?" is answered yes; the program's warnings are read and closed
+        // the program's warnings are read and closed
         m_modals = new QTimer;
         connect(m_modals, &QTimer::timeout, this, [this] {
-            QWidget *w = QApplication::activeModalWidget();
-            if (auto *box = qobject_cast<QMessageBox *>(w))
-                box->button(QMessageBox::Yes)->click();
-            if (auto *box = qobject_cast<QtMessageBox *>(w)) {
+            if (auto *box = qobject_cast<QtMessageBox *>(QApplication::activeModalWidget())) {
                 for (QLabel *l : box->findChildren<QLabel *>())
                     m_warnings << l->text();
                 box->close();
