@@ -222,20 +222,6 @@ private slots:
         QCOMPARE(LarkTest::fileBytes(copy, size - 2, 2), QByteArray("\0\x5a", 2));
         QCOMPARE(LarkTest::fileBytes(big.fileName(), size - 1, 1), QByteArray(1, '\0'));
     }
-
-    // a file of 100 MB (sparse, so quick to make) is read whole and edited at its last byte
-    void largeFileIsReadWholeAndEditedAtItsEnd()
-    {
-        const int size = 100 << 20;
-        QFile big(m_dir.filePath("big.bin"));
-        QVERIFY(big.open(QIODevice::WriteOnly) && big.resize(size));
-        m_page->loadFile(big.fileName());
-        QCOMPARE(m_page->getCounts().last(), QString("Size: %1").arg(size));
-        edit()->setCursorPosition(size - 1);
-        type("5a");
-        QCOMPARE(edit()->byteArrayModel()->byte(size - 1), Okteta::Byte(0x5a));
-        QCOMPARE(edit()->byteArrayModel()->byte(size - 2), Okteta::Byte(0));
-    }
 };
 
 LARK_TEST_MAIN(TstHexEditWidget)
