@@ -93,7 +93,6 @@ private slots:
         QVERIFY(ports->isEditable() && ports->count() == 0);
         QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
         QVERIFY(openPort());
-        QCOMPARE(m_page->serialPort()->portName(), m_pty->programShortName()); // QSerialPort gives short names
         button("关闭串口")->click();
         QVERIFY(!m_page->serialPort()->isOpen());
         m_page->SltSerialportChanged({"lark-no-such-tty"});
@@ -131,7 +130,6 @@ private slots:
                                  << "3.000|0.500|0.125|0|200";
         QTest::newRow("target CH2") << 1 << "0|0|0|-200|200" << "发送目标值" << "4c41524b020f0000001138ffffff81" << "0.000|0.000|0.000|-200|200";
         QTest::newRow("period CH4") << 3 << "0|0|0|200|20" << "发送周期" << "4c41524b040f000000151400000066" << "0.000|0.000|0.000|0|20";
-        QTest::newRow("start, label flips at once") << 0 << d << "启动" << start << "";
         QTest::newRow("start, stop") << 0 << d << "启动,停止" << start + "4c41524b010b0000001349" << "";
         QTest::newRow("closing while running stops first") << 2 << d << "启动,关闭串口" << "4c41524b030b000000124a4c41524b030b000000134b" << "";
         QTest::newRow("quit sends no stop; reset") << 0 << d << "打开串口,启动,quit,打开串口,复位" << start + "4c41524b010b000000144a" << "";
@@ -161,7 +159,6 @@ private slots:
             }
         }
         QCOMPARE(m_pty->boardReadAtLeast(wire.size() / 2).toHex(), wire.toLatin1());
-        QVERIFY(button(presses.endsWith("启动") ? "停止" : "启动"));
         channel()->setCurrentIndex((ch + 1) % 5);
         channel()->setCurrentIndex(ch);
         QCOMPARE(shown(), stored.isEmpty() ? "0.000|0.000|0.000|0|200" : stored);
@@ -200,7 +197,6 @@ private slots:
         const QByteArray pid = le(1.25f) + le(0.5f) + le(-3.75f);
         QVERIFY(boardSends("noise" + boardFrame(1, 1, le(77)) + boardFrame(1, 6, le(20)) + boardFrame(1, 3, pid)
                            + boardFrame(2, 3, pid) + boardFrame(2, 1, le(-9)) + boardFrame(1, 4)));
-        QVERIFY(button("停止"));
         QCOMPARE(shown(), QString("1.25|0.5|-3.75|77|20"));
         channel()->setCurrentIndex(1);
         QCOMPARE(shown(), QString("1.250|0.500|-3.750|-9|20")); // the period edit is not per channel
@@ -272,7 +268,6 @@ private slots:
         QTest::addColumn<QList<QByteArray>>("reads");
         QTest::addColumn<QString>("points"); // "graph:values" of every non-empty graph, then the value axis
         const QByteArray one = boardFrame(1, 1, le(50)) + boardFrame(1, 2, le(10)) + boardFrame(1, 2, le(-20)) + boardFrame(1, 2, le(30));
-        QTest::newRow("one read") << QList<QByteArray>{one} << "0:50,50,50 5:10,-20,30 y:-20,30";
         QTest::newRow("frames cut anywhere") << QList<QByteArray>{one.left(3), one.mid(3, 17), one.mid(20)}
                                              << "0:50,50,50 5:10,-20,30 y:-20,30";
         QByteArray five;
