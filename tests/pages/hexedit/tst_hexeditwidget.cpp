@@ -98,7 +98,6 @@ private slots:
         const QList<QVariantList> failed{{"打开文件失败!", 255}};
         QCOMPARE(notify, result == 1 ? failed : QList<QVariantList>());
         QCOMPARE(m_page->getCounts().last(), QString("Size: %1").arg(result ? 3 : 8));
-        QCOMPARE(label(), result ? "old.bin *" : "new.bin");
         QVERIFY(answer.isEmpty() ? m_strAsked.isEmpty() : m_strAsked.startsWith("old.bin 有未保存的修改"));
         // new data starts a new history; kept data keeps its edit to undo
         press(2);
@@ -159,7 +158,6 @@ private slots:
         QTest::addColumn<qint64>("at"); // -1: nothing found
         QTest::addColumn<int>("selected");
         QTest::newRow("find across the line") << "edtFind" << "4C 41 52 4B" << qint64(0) << qint64(14) << 4;
-        QTest::newRow("find nothing") << "edtFind" << "DE AD" << qint64(3) << qint64(-1) << 0;
         QTest::newRow("go back relative") << "edtGoto" << "-0x10" << qint64(50) << qint64(34) << 0;
         QTest::newRow("go past the end") << "edtGoto" << "64" << qint64(3) << qint64(-1) << 0;
     }
