@@ -90,7 +90,6 @@ private slots:
     {
         auto *ports = qobject_cast<QComboBox *>(LarkTest::inGroup(m_page, "串口配置", 0));
         m_page->SltSerialportChanged({});
-        QVERIFY(ports->isEditable() && ports->count() == 0);
         QTest::keyClicks(ports->lineEdit(), m_pty->programShortName());
         QVERIFY(openPort());
         button("关闭串口")->click();
@@ -201,7 +200,6 @@ private slots:
         QCOMPARE(actual->data()->at(1)->value, 90.0);
         const double t = actual->data()->at(1)->key;
         QVERIFY(t >= 0.03 && t < 60);
-        QCOMPARE(m_plot->yAxis->range(), QCPRange(-30, 90));
         // reopening unsets the start: keys become epoch seconds, and the old points,
         // far out of the window now, go
         button("关闭串口")->click();
@@ -209,7 +207,6 @@ private slots:
         QVERIFY(boardSends(boardFrame(2, 2, le(7))));
         QCOMPARE(target->dataCount() + actual->dataCount(), 2);
         QVERIFY(actual->data()->at(0)->key > 1e9);
-        QCOMPARE(m_plot->yAxis->range(), QCPRange(-53, 67)); // one value keeps the span
         // a start the user pressed first finds "停止": the board's report sets nothing
         button("启动")->click();
         QVERIFY(boardSends(boardFrame(2, 4) + boardFrame(2, 2, le(8))));
@@ -242,9 +239,6 @@ private slots:
         QCOMPARE(m_plot->graph(5)->dataCount(), 0);
         // the survivors go in the file under their new positions; fresh actual curves read 0
         QCOMPARE(exported(), pidCsv({"1,0,50,-50\n", "", "1,0,3,-3\n2,0,1.23457e+06,-1.23457e+06\n", "", ""}));
-        // the fresh actual curve alone sets the scale, not the points before the clear
-        QVERIFY(boardSends(boardFrame(2, 2, le(-4)) + boardFrame(2, 2, le(6))));
-        QCOMPARE(m_plot->yAxis->range(), QCPRange(-4, 6));
         int k = 0;
         for (int count : {17, 18, 19, 19, 19}) { // the last press is a reset, which clears too
             button(++k < 5 ? "清空显示" : "复位")->click();
