@@ -83,25 +83,6 @@ private slots:
         QTEST(ok ? changes(c) : "!" + c.error, "expected");
         QCOMPARE(c.help, args.contains("-h"));
     }
-
-    // the help of each command names every option the command takes
-    void helpListsEveryOption_data()
-    {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("options");
-        const QString ep = "--pty --tcp-server --tcp-client --udp ";
-        QTest::newRow("camera") << "camera" << ep + "--fps --size --raw --jpeg --device --regs --addr-len --value-len --verbose";
-        QTest::newRow("replay") << "replay" << "--speed --asap";
-        QTest::newRow("larksim") << "" << "camera pid text record replay";
-    }
-    void helpListsEveryOption()
-    {
-        QFETCH(QString, command);
-        QFETCH(QString, options);
-        const QString help = SimCommandLine::helpText(command);
-        for (const QString &o : options.split(' '))
-            QVERIFY2(help.contains("  " + o + ' '), qPrintable(o));
-    }
 };
 
 QTEST_GUILESS_MAIN(TstSimCommandLine)
