@@ -18,6 +18,7 @@ private slots:
     {
         QTest::addColumn<qint64>("mapAbove");
         QTest::addColumn<int>("kinds"); // of edits: 3 overwrite only, 6 also move bytes
+        QTest::newRow("overwritten in memory") << (qint64(256) << 20) << 3;
         QTest::newRow("overwritten, mapped") << qint64(0) << 3;
         QTest::newRow("every kind, in memory") << (qint64(256) << 20) << 6;
     }
