@@ -15,7 +15,6 @@ private slots:
         QTest::addColumn<int>("addr");
         QTest::addColumn<QByteArray>("payload");
         QTest::newRow("reply") << 0x00 << 0 << QByteArray(1, 0);
-        QTest::newRow("write register") << 0x10 << 3 << QByteArray::fromHex("f201ab");
         QTest::newRow("read register") << 0x11 << 255 << QByteArray::fromHex("02001f");
         QTest::newRow("empty payload") << 0x02 << 1 << QByteArray();
         QTest::newRow("large payload") << 0x02 << 1 << QByteArray(70000, '\xA5');

@@ -23,13 +23,10 @@ private slots:
         QTest::newRow("actual received") << 2 << PidFrame::valuePayload(123456) << le(qint32(123456)) << "123456";
         QTest::newRow("pid received") << 3 << pid << pidWire << "1.25,0.5,-3.75";
         QTest::newRow("started") << 4 << QByteArray() << QByteArray() << "0";
-        QTest::newRow("stopped") << 5 << QByteArray() << QByteArray() << "0";
         QTest::newRow("period received") << 6 << PidFrame::valuePayload(20) << le(qint32(20)) << "20";
         QTest::newRow("send pid") << int(PidFrame::SendPidValues) << pid << pidWire << "";
         QTest::newRow("send target") << int(PidFrame::SendTargetValue) << PidFrame::valuePayload(INT_MIN) << le(qint32(INT_MIN)) << "";
         QTest::newRow("send start") << int(PidFrame::SendStart) << QByteArray() << QByteArray() << "";
-        QTest::newRow("send stop") << int(PidFrame::SendStop) << QByteArray() << QByteArray() << "";
-        QTest::newRow("send reset") << int(PidFrame::SendReset) << QByteArray() << QByteArray() << "";
         QTest::newRow("send period") << int(PidFrame::SendPeriod) << PidFrame::valuePayload(1000) << le(qint32(1000)) << "";
     }
 
