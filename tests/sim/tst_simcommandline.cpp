@@ -2,7 +2,7 @@
 
 #include <QtTest>
 
-// What larksim makes of its arguments: every option's effect and every error text,
+// What larksim makes of its arguments: every option's effect and each kind of error text,
 // as users and the scripts that start larksim see them.
 class TstSimCommandLine : public QObject
 {

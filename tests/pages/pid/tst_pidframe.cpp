@@ -11,7 +11,7 @@ class TstPidFrame : public QObject
 {
     Q_OBJECT
 private slots:
-    void everyCommandRoundTripsOnEveryChannel_data()
+    void eachKindOfCommandRoundTripsOnEveryChannel_data()
     {
         QTest::addColumn<int>("command");
         QTest::addColumn<QByteArray>("payload");
@@ -30,7 +30,7 @@ private slots:
         QTest::newRow("send period") << int(PidFrame::SendPeriod) << PidFrame::valuePayload(1000) << le(qint32(1000)) << "";
     }
 
-    void everyCommandRoundTripsOnEveryChannel()
+    void eachKindOfCommandRoundTripsOnEveryChannel()
     {
         QFETCH(int, command);
         QFETCH(QByteArray, payload);
