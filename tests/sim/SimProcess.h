@@ -31,7 +31,6 @@ struct SimProcess {
     }
     QString ptyName() { return waitFor("larksim: pty ").section(' ', 0, 0); }
     quint16 serverPort() { return quint16(waitFor("larksim: tcp server on port ").toUInt()); }
-    quint16 udpPort() { return quint16(waitFor("larksim: udp on port ").section(' ', 0, 0).toUInt()); }
     // Ctrl+C; true when it ended cleanly
     bool stop()
     {

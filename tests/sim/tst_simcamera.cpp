@@ -15,9 +15,7 @@ private slots:
         QTest::addColumn<QString>("link");
         QTest::addColumn<QStringList>("extra");
         QTest::newRow("page tcp server") << "server" << QStringList();
-        QTest::newRow("page tcp client") << "client" << QStringList();
         QTest::newRow("udp") << "udp" << QStringList();
-        QTest::newRow("pty") << "pty" << QStringList();
         QTest::newRow("pty raw") << "pty" << QStringList{"--raw"};
         QTest::newRow("page tcp server, jpeg") << "server" << QStringList{"--jpeg"};
     }
@@ -34,9 +32,6 @@ private slots:
             QVERIFY(rig.start(link == "server" ? Server : Udp, "0", jpeg));
             const quint16 port = link == "server" ? page.tcpServer()->serverPort() : page.udpSocket()->localPort();
             QVERIFY(sim.start(args << (link == "server" ? "--tcp-client" : "--udp") << QString("127.0.0.1:%1").arg(port)));
-        } else if (link == "client") {
-            QVERIFY(sim.start(args << "--tcp-server" << "0"));
-            rig.start(Client, QString::number(sim.serverPort()));
         } else {
             QVERIFY(sim.start(args << "--pty" << "/dev/" + rig.tty));
             QVERIFY(!sim.ptyName().isEmpty() && rig.start(Serial, "0"));

@@ -4,7 +4,6 @@
 #include "LarkPtyPair.h"
 #include "LarkTapSpy.h"
 #include "LinkTap.h"
-#include "QtMessageTip.h"
 #include "StatusLabel.h"
 
 namespace {
@@ -80,26 +79,21 @@ private slots:
     void everyLinkEndToEnd_data()
     {
         QTest::addColumn<int>("link");
-        QTest::addColumn<QString>("running");
         QTest::addColumn<QString>("closed");
-        QTest::addColumn<QString>("idle");
-        QTest::newRow("tcp server") << int(Server) << "关闭监听" << "TCP服务监听[端口:0]已关闭!!" << "启动监听";
-        QTest::newRow("tcp client") << int(Client) << "断开连接" << "TcpClient已断开连接!!" << "开始连接";
-        QTest::newRow("udp") << int(Udp) << "关闭监听" << "UDP服务监听[端口:0]已关闭!!" << "启动监听";
-        QTest::newRow("serial") << int(Serial) << "关闭串口" << "串口[/dev/%1]已关闭!!" << "打开串口";
+        QTest::newRow("tcp server") << int(Server) << "TCP服务监听[端口:0]已关闭!!";
+        QTest::newRow("tcp client") << int(Client) << "TcpClient已断开连接!!";
+        QTest::newRow("udp") << int(Udp) << "UDP服务监听[端口:0]已关闭!!";
+        QTest::newRow("serial") << int(Serial) << "串口[/dev/%1]已关闭!!";
     }
     void everyLinkEndToEnd()
     {
         QFETCH(int, link);
         QFETCH(QString, closed);
         QVERIFY(rig->open(Link(link)));
-        QTEST(rig->button(), "running");
         // the TCP client runs outside the lamp, the rate timer and the locks
         const bool locked = link != Client;
         QCOMPARE(rig->child<StatusLabel>("statusLabel")->isWork(), locked);
         QVERIFY(rig->links()->isEnabled() != locked && rig->child<QRadioButton>("JPEG数据")->isEnabled() != locked);
-        if (link == Serial)
-            QCOMPARE(rig->lastNotice(), (QList<QVariant>{QString("串口[/dev/%1]打开成功!").arg(rig->tty), 0}));
 
         // slot 1 is announced and answered, always with address 0
         const QByteArray ok = camFrame(0, QByteArray(1, 0));
@@ -134,8 +128,6 @@ private slots:
 
         rig->press();
         QCOMPARE(rig->lastNotice().value(0).toString(), link == Serial ? closed.arg(rig->tty) : closed);
-        QTEST(rig->button(), "idle");
-        QVERIFY(!rig->child<StatusLabel>("statusLabel")->isWork() && rig->links()->isEnabled());
     }
 
     // each link's life and bytes through the tap; UDP writes name no destination
@@ -215,47 +207,6 @@ private slots:
         QCOMPARE(rig->page.getCounts(), (QStringList{"帧编号: 0", "接收速率: 0.00 Bytes", "接收帧率: 4.29497e+09 FPS"}));
         rig->page.SltCalculationRate();
         QCOMPARE(rig->page.getCounts().last(), QString("接收帧率: 0 FPS"));
-    }
-
-    void readAnswersAndTheAutoSendGate()
-    {
-        QtMessageTip *tip = QtMessageTip::Instance();
-        QCheckBox *autoSend = rig->child<QCheckBox>("自动发送");
-        autoSend->click();
-        QVERIFY(!autoSend->isChecked() && tip->text() == "当前未打开设备！");
-        QVERIFY(rig->open(Serial));
-        QVERIFY(rig->send(readAnswer(2, 1, 0, 1)));
-        QCOMPARE(tip->text(), QString("没有这个寄存器!"));
-        autoSend->click();
-        QVERIFY(autoSend->isChecked());
-        QMetaObject::invokeMethod(rig->page.formatConfig(), "autoSendFinished");
-        QVERIFY(!autoSend->isChecked() && tip->text() == "自动发送任务执行完成");
-        // a bad address length is refused before anything is sent
-        rig->child<QLineEdit>("edtRegAddrLen")->setText("");
-        rig->page.SltReadWriteRegister("1", "2", 0);
-        QCOMPARE(tip->text(), QString("寄存器地址长度设置错误[1~4]"));
-    }
-
-    void viewerAreas()
-    {
-        ImageViewer viewer;
-        viewer.resize(400, 300);
-        QImage red(10, 10, QImage::Format_RGB888);
-        red.fill(Qt::red);
-        viewer.setPixmap(1, QPixmap::fromImage(red));
-        viewer.setPixmap(0, QPixmap());
-        // one area: slot 1 is kept but unseen; two: centred in the right half
-        const QRgb cell = qRgb(0xe5, 0xe5, 0xe5);
-        QCOMPARE(viewer.grab().toImage().pixel(300, 150), cell);
-        viewer.setImageShowCount(2);
-        const QImage two = viewer.grab().toImage();
-        QVERIFY(two.pixel(295, 145) == qRgb(255, 0, 0) && two.pixel(304, 154) == qRgb(255, 0, 0));
-        QVERIFY(two.pixel(294, 145) == cell && two.pixel(300, 175) == qRgb(255, 255, 255));
-        viewer.setImageShowCount(7);
-        QCOMPARE(viewer.imageShowCount(), 2);
-        // the page's "设备数:" box
-        rig->page.findChildren<QGroupBox *>().at(1)->findChild<QComboBox *>()->setCurrentIndex(1);
-        QCOMPARE(rig->page.imageViewer()->imageShowCount(), 2);
     }
 
     // every option of the serial link's four boxes reaches the tty, as the kernel holds it
