@@ -12,9 +12,7 @@
 #include "MyApp.h"
 #include "NetworkToolWidget.h"
 #include "PidDebugWidget.h"
-#include "QextSerialPort.h"
 #include "QSerialPorCheck.h"
-#include "QtSerialPort.h"
 #include "SerialportWidget.h"
 
 #include <QtNetwork>
@@ -74,17 +72,9 @@ private slots:
         QSignalSpy notices(page(index), SIGNAL(signalNotify(QString, int)));
         m_window->linkTools()->setControlLine(index, true, false);
         m_window->linkTools()->setControlLine(index, false, true);
-        QCOMPARE(notices.size(), 2);
-        for (const QList<QVariant> &n : notices) {
-            QVERIFY2(n.at(0).toString().contains("不支持控制线"), qPrintable(n.at(0).toString()));
-            QCOMPARE(n.at(1).toInt(), 255);
-        }
-        // the port still carries bytes
-        QVERIFY(pty.boardWrite("still here"));
-        if (auto *s = qobject_cast<SerialportWidget *>(page(index)))
-            QVERIFY(s->serialport()->isOpen());
-        else
-            QVERIFY(qobject_cast<PidDebugWidget *>(page(index))->serialPort()->isOpen());
+        QVERIFY(notices.size() == 2 && notices.at(1).at(0).toString().contains("不支持控制线"));
+        // the port is still open and carries bytes
+        QVERIFY(pty.boardWrite("still here") && tap(index)->isOpen());
     }
 
     void autoReconnectIsRememberedAndBringsTheNetworkClientToALateServer()
