@@ -75,7 +75,6 @@ private slots:
                            "--lines-per-s", "400", "--count", "50"}));
         QTRY_COMPARE_WITH_TIMEOUT(w.frameParser().counts().good, qint64(50), 10000);
         QCOMPARE(w.frameParser().counts().badChecksum + w.frameParser().counts().dropped, qint64(0));
-        QCOMPARE(w.store().names(), QStringList({"counter", "sine", "cosine", "temp"}));
         QCOMPARE(w.store().value(0, 49), 49.0);
         QCOMPARE(w.store().value(1, 20), std::lround(1000 * std::sin(20 * 0.05)) / 1000.0);
         QCOMPARE(exportSummary(w), QString("5 50 True {5}"));
