@@ -127,31 +127,20 @@ private slots:
         QVERIFY(other.exists()); // only config.ini goes
     }
 
-    void entriesOpenTheirDialogsOnTheWindow_data()
+    // no menu holds the entry: only the dispatch knows it
+    void theReceiveViewEntryOpensItsStyleDialogOnTheWindow()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("inMenu"); // else only the dispatch knows the entry
-        QTest::addColumn<QString>("dialog"); // its class, and a style dialog's title
-        QTest::newRow("update") << QString("检查版本更新") << true << "QtUpdateDialog";
-        QTest::newRow("receive view") << QString("接收区设置") << false << "QtStyleDialog 接收区设置";
-    }
-
-    void entriesOpenTheirDialogsOnTheWindow()
-    {
-        QFETCH(QString, text);
-        QFETCH(bool, inMenu);
         QPointer<QWidget> opened;
         QString seen;
         LarkTest::onNextModal([&](QWidget *dialog) {
             opened = dialog;
-            QtStyleDialog *style = qobject_cast<QtStyleDialog *>(dialog);
-            if (dialog->parentWidget() == m_window.get())
-                seen = dialog->metaObject()->className() + (style ? " " + style->title() : QString());
+            if (auto *style = qobject_cast<QtStyleDialog *>(dialog))
+                seen = dialog->parentWidget() == m_window.get() ? style->title() : QString();
             dialog->close();
         });
-        QAction entry(text);
-        inMenu ? action(text)->trigger() : m_window->SltActionTrigger(&entry);
-        QTEST(seen, "dialog");
+        QAction entry("接收区设置");
+        m_window->SltActionTrigger(&entry);
+        QCOMPARE(seen, QString("接收区设置"));
         QTRY_VERIFY(!opened); // closing deletes it
     }
 
@@ -194,7 +183,6 @@ private slots:
         QVERIFY(automation->runtime()->start("for (var i = 1; i <= 5; ++i) plot('t', i);", "t.js"));
         PlotWindow *plot = nullptr;
         QTRY_VERIFY((plot = PlotWindow::shownFor(page(2)->linkTap())) && plot->store().rows() == 5);
-        QCOMPARE(plot->store().names(), QStringList({"t"}));
         for (int row = 0; row < 5; ++row)
             QCOMPARE(plot->store().value(0, row), row + 1.0);
         plot->close();
