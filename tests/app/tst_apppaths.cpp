@@ -72,22 +72,6 @@ private slots:
         QCOMPARE(QDir(program).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty(), readOnly);
     }
 
-    void manualAndLicenseComeFromTheCopyThenFromAnInstalledPrefix()
-    {
-        // a prefix as the package lays it out, then an unpacked release in its bin/
-        const QString prefix = m_tmp.filePath("prefix");
-        QVERIFY(QDir().mkpath(prefix + "/bin"));
-        AppPaths::setProgramDir(prefix + "/bin");
-        for (const QString &copy : {prefix + "/share/doc/larktools/", prefix + "/bin/"}) {
-            const QString manual = copy + (copy.endsWith("bin/") ? "doc/manual/index.html" : "manual/index.html");
-            const QString license = copy + (copy.endsWith("bin/") ? "LICENSE" : "copyright");
-            QVERIFY(QDir().mkpath(QFileInfo(manual).path()));
-            QVERIFY(QFile(manual).open(QIODevice::WriteOnly) && QFile(license).open(QIODevice::WriteOnly));
-            QCOMPARE(AppPaths::manualFile(), manual);
-            QCOMPARE(AppPaths::licenseFile(), license);
-        }
-    }
-
 private:
     QTemporaryDir m_tmp;
 };

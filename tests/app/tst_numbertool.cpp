@@ -56,7 +56,6 @@ private slots:
         row("no unit past GB", NumberTool::size(5LL << 40), QString("5120.00 GB"));
         row("speed MB", NumberTool::speed(1048576.0), QString("1.00 MB/S"));
         row("zero seconds", NumberTool::timeFormat(0), QString("0s"));
-        row("60", NumberTool::timeFormat(60), QString("1m"));
         row("3601", NumberTool::timeFormat(3601), QString("1h 1s"));
         row("90061", NumberTool::timeFormat(90061), QString("1d 1h 1m 1s"));
         row("hex keeps a trailing blank", NumberTool::byteToHex(hex("0AFF")), QString("0A FF "));
@@ -69,7 +68,6 @@ private slots:
         row("hex lone digit dropped", NumberTool::hexStrToByteArray("ABC"), hex("AB"));
         row("hex blank inside a pair", NumberTool::hexStrToByteArray("1 2"), hex("0F"));
         row("hex bad high digit", NumberTool::hexStrToByteArray("G1"), hex("F1"));
-        row("hex of nothing", NumberTool::hexStrToByteArray(""), QByteArray());
         row("hex full-width digits", NumberTool::hexStrToByteArray(QString::fromUtf8("１２３４")), hex("EFEF"));
         QByteArray all;
         for (int i = 0; i < 256; ++i)
@@ -83,14 +81,8 @@ private slots:
         QTEST(actual, "expected");
     }
 
-    void hostAddressesAndSleep()
+    void theSleepKeepsTheEventLoopRunning()
     {
-        const QStringList list = NumberTool::GetHostIpAddress();
-        QVERIFY(!list.isEmpty());
-        for (const QString &a : list)
-            QVERIFY2(NumberTool::IsIpAddr(a) && (list.size() == 1 || a != "127.0.0.1"), qPrintable(a));
-
-        // the sleep keeps the event loop running
         bool fired = false;
         QTimer::singleShot(10, [&fired] { fired = true; });
         SleepTool::myMSleep(60);

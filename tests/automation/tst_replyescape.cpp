@@ -24,7 +24,6 @@ private slots:
         QTest::newRow("unknown escape") << "a\\q" << QByteArray("UTF-8") << QByteArray() << "\\q";
         QTest::newRow("one hex digit") << "\\x4" << QByteArray("UTF-8") << QByteArray() << "两位十六进制";
         QTest::newRow("bad hex digit") << "\\x4g" << QByteArray("UTF-8") << QByteArray() << "两位十六进制";
-        QTest::newRow("hex spaced") << "AA 55 0d" << QByteArray() << QByteArray("\xaa\x55\x0d") << "";
         QTest::newRow("hex packed, tabs and newlines") << "aa55\t0D\n01" << QByteArray() << QByteArray("\xaa\x55\x0d\x01") << "";
         QTest::newRow("hex empty") << "  " << QByteArray() << QByteArray() << "";
         QTest::newRow("hex odd digit count") << "AA5" << QByteArray() << QByteArray() << "第 3 个字符";

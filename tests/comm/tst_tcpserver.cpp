@@ -48,16 +48,13 @@ private slots:
 
     void cleanup() { m_peers.clear(), m_left.reset(), m_server.reset(); } // the spy goes before its server
 
-    void clientsAreNamedAddressedAndDroppedAtCloseListen()
+    void clientsAreAnnouncedAddressedAndDroppedAtCloseListen()
     {
         QSignalSpy connected(m_server.get(), SIGNAL(signalClientConnected(QString)));
         QSignalSpy read(m_server.get(), SIGNAL(signalReadMessage(QString,QByteArray)));
         QVERIFY(connectPeers(3));
-        for (TcpClient *c : m_server->findChildren<TcpClient *>()) {
-            // an IPv4 peer of the dual-stack listener shows as plain IPv4
-            QCOMPARE(c->name(), QString("127.0.0.1 %1").arg(qint64(c->socketDescriptor())));
+        for (TcpClient *c : m_server->findChildren<TcpClient *>())
             QVERIFY(connected.contains({c->name()}));
-        }
 
         m_peers[1]->write("from one");
         QTRY_COMPARE(read.count(), 1);

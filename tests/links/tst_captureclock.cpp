@@ -11,11 +11,7 @@ class tst_CaptureClock : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        qputenv("TZ", "Europe/Berlin");
-        tzset();
-    }
+    void initTestCase() { qputenv("TZ", "Europe/Berlin"), tzset(); }
     void textIsQDateTimesForEveryMoment_data()
     {
         QTest::addColumn<QList<qint64>>("moments"); // ms since the epoch, in the order asked

@@ -22,7 +22,6 @@ private slots:
     {
         QFETCH(QString, name);
         const int type = PlotChecksum::typeFromName(name);
-        QVERIFY(type > 0);
         QTEST(PlotChecksum::compute(PlotChecksum::Type(type), reinterpret_cast<const uchar *>("123456789"), 9), "check");
         QTEST(PlotChecksum::compute(PlotChecksum::Type(type), nullptr, 0), "empty");
     }

@@ -23,7 +23,6 @@ private slots:
         QTemporaryDir dir;
         QString error, written;
         QVERIFY2(PlotCsvWriter::write(store, dir.filePath("rec"), &error, &written), qPrintable(error));
-        QCOMPARE(written, dir.filePath("rec.csv"));
         QProcess py;
         py.start("python3", {"-c", "import csv,sys\nfor r in csv.reader(open(sys.argv[1], encoding='utf-8')): print('|'.join(r))", written});
         QVERIFY(py.waitForFinished(10000));

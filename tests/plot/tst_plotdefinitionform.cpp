@@ -56,10 +56,7 @@ private slots:
         QVERIFY2(filled.toDefinition(&def, &error), qPrintable(error));
         QVERIFY2(PlotFrameDefinition::fromJson(def.toJson(), &loaded, &error), qPrintable(error));
         const PlotDefinitionForm back = PlotDefinitionForm::fromDefinition(loaded);
-        QCOMPARE(back.channels.size(), filled.channels.size());
-        for (int i = 0; i < filled.channels.size(); ++i)
-            QCOMPARE(back.channels.at(i).scale + " " + back.channels.at(i).add, filled.channels.at(i).scale + " " + filled.channels.at(i).add);
-        QVERIFY(back == filled);
+        QVERIFY(back == filled); // scales and offsets as the text typed, too
         const QString preview = PlotDefinitionForm::preview(loaded);
         QVERIFY2(preview.contains(QString("示例帧 %1 字节").arg(frameBytes)) && preview.contains("：" + filled.start), qPrintable(preview));
     }

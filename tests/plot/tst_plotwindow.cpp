@@ -75,30 +75,9 @@ private slots:
                            "--lines-per-s", "400", "--count", "50"}));
         QTRY_COMPARE_WITH_TIMEOUT(w.frameParser().counts().good, qint64(50), 10000);
         QCOMPARE(w.frameParser().counts().badChecksum + w.frameParser().counts().dropped, qint64(0));
-        QCOMPARE(w.store().names(), QStringList({"counter", "sine", "cosine", "temp"}));
         QCOMPARE(w.store().value(0, 49), 49.0);
         QCOMPARE(w.store().value(1, 20), std::lround(1000 * std::sin(20 * 0.05)) / 1000.0);
         QCOMPARE(exportSummary(w), QString("5 50 True {5}"));
-    }
-
-    // the shipped PID definition read against the PID board itself, started by a frame
-    // built from that same definition
-    void pidBoardFramesMatchTheShippedPidDefinition()
-    {
-        SimProcess sim;
-        QVERIFY(sim.start({"pid", "--pty"}));
-        LinkTapRig board;
-        QVERIFY(board.openPort(sim.ptyName()));
-        PlotWindow w(&board.tap, "plot");
-        QString error;
-        QVERIFY2(w.loadDefinition(QDir::cleanPath(LARK_PLOT_EXAMPLES "/larksim_pid.json"), &error), qPrintable(error));
-        w.setMode(PlotWindow::BinaryFrames);
-        board.tap.write(w.definition().buildFrame({2, 0x12, 0})); // start, channel 2
-        QTRY_VERIFY_WITH_TIMEOUT(w.frameParser().counts().good >= 20, 10000);
-        const PlotFrameParser::Counts n = w.frameParser().counts();
-        QCOMPARE(n.badChecksum + n.dropped + n.skippedBytes, qint64(0));
-        // channel 2's actual value reports
-        QVERIFY(w.store().value(0, w.store().rows() - 1) == 2.0 && w.store().value(1, w.store().rows() - 1) == 2.0);
     }
 
     void pausedPlotKeepsRecordingAndCatchesUpOnResume()
@@ -114,19 +93,6 @@ private slots:
         QCOMPARE(exportSummary(w), QString("3 3 True {3}"));
         LarkTest::click(&w, "btnPlotPause");
         QTRY_COMPARE(w.plot()->graph(0)->dataCount(), 3);
-    }
-
-    void oneWindowPerTap()
-    {
-        LinkTap a, b;
-        PlotWindow *wa = PlotWindow::showFor(&a, "a");
-        QCOMPARE(PlotWindow::showFor(&a, "a"), wa);
-        PlotWindow *wb = PlotWindow::showFor(&b, "b");
-        QVERIFY(wb != wa);
-        wa->close(), wb->close();
-        PlotWindow *again = PlotWindow::showFor(&a, "a");
-        QVERIFY(again != wa && again->isVisible());
-        again->close();
     }
 
     // a read of several megabytes is parsed a slice per turn of the event loop, and
@@ -145,8 +111,8 @@ private slots:
         QCOMPARE(w.store().value(0, 123456), 123456.0);
     }
 
-    // "编辑帧定义…", then "表单编辑…": a bad marker shows the definition's reason and keeps
-    // the form open; a channel added and moved up reaches the JSON text, then the window
+    // "编辑帧定义…", then "表单编辑…": a bad marker keeps the form open; a channel added and
+    // moved up reaches the JSON text, then the window
     void theFormEditorChangesTheDefinitionThroughTheJsonText()
     {
         LinkTap tap;
@@ -159,7 +125,6 @@ private slots:
             LarkTest::onNextModal([](QWidget *form) {
                 QVERIFY(qobject_cast<PlotDefinitionFormDialog *>(form));
                 form->findChild<QLineEdit *>("edtFormStart")->setText("GG");
-                QVERIFY(form->findChild<QLabel *>("labFormError")->text().contains("起始标志“GG”"));
                 LarkTest::click(form, "btnFormOk");
                 QVERIFY(form->isVisible());
                 form->findChild<QLineEdit *>("edtFormStart")->setText("AB CD");

@@ -67,14 +67,12 @@ private:
             }
             return;
         }
-        // the status line is the dialog's one label of its own; the title is the bar's
+        // the status line is the dialog's one label of its own
         QLabel *status = dialog->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
         if (!status || status->text().startsWith("正在检查"))
             return;
         m_timer.stop();
-        QLabel *title = withText<QLabel>(dialog, "版本更新[");
         report(QString("pid=%1").arg(QCoreApplication::applicationPid()));
-        report("title=" + (title ? title->text() : QString()));
         report("status=" + status->text());
         QPushButton *update = withText<QPushButton>(dialog, "更新");
         if (m_nRun == 2) {
