@@ -105,27 +105,6 @@ private slots:
         QCOMPARE(joined.plainText(), whole.toPlainText());
     }
 
-    void aFollowedViewKeepsFollowingWhileSlicesGoIn()
-    {
-        QTextEdit view;
-        view.setReadOnly(true);
-        view.resize(300, 200);
-        view.show();
-        QtRecvViewFeeder queue(&view);
-        queue.setSliceChars(256);
-        queue.appendParagraph(lines("line %1\n", 400));
-        QTRY_VERIFY(!queue.isPending());
-        QScrollBar *bar = view.verticalScrollBar();
-        QVERIFY(bar->maximum() > 0);
-        QCOMPARE(bar->value(), bar->maximum());
-
-        // scrolled up by the user: the view stays where it is
-        bar->setValue(0);
-        queue.appendParagraph(lines("more %1\n", 400));
-        QTRY_VERIFY(!queue.isPending());
-        QCOMPARE(bar->value(), 0);
-    }
-
     // The network page's way: text gathers for a few milliseconds, the view keeps only
     // its bound, and whatever the view dropped is still there for a save.
     void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything()
