@@ -52,16 +52,12 @@ private slots:
     void backgroundButtonsAcceptAndLog()
     {
         QFETCH(QString, button);
-        int entryHeight = 0;
         LarkTest::onNextModal([&](QWidget *dialog) {
-            for (QLineEdit *edit : panel(dialog, 0)->colorDisplay()->findChildren<QLineEdit *>())
-                entryHeight = edit->isReadOnly() ? entryHeight : edit->height();
             pickBaseColor(panel(dialog, 0), 9);
             LarkTest::click(panel(dialog, 0), button);
         });
         QCOMPARE((new QtStyleDialog)->exec(), int(QDialog::Accepted));
         QCOMPARE(s_debugLines, QStringList("accpet SltBackGroundChanged \"#ffff00\""));
-        QCOMPARE(entryHeight, 26); // the colour entry is not squeezed
     }
 
     // the tabs switch the pages; the text colour page's buttons reach no one; Escape
