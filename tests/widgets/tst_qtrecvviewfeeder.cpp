@@ -5,8 +5,6 @@
 #include <QtWidgets>
 #include <QtTest>
 
-#include <algorithm>
-
 namespace {
 
 // what the view held before paragraphs went in in slices: each one appended whole,
@@ -132,7 +130,6 @@ private slots:
         QVERIFY2(all.endsWith(shown), qPrintable(shown));
         // the cut fell at a line start
         QVERIFY(shown.startsWith("[Tcp client c] line "));
-        QCOMPARE(view.textCursor().position(), view.document()->characterCount() - 1);
 
         // a run of hex longer than the bound: the view is that run's tail, cut after a blank
         queue.appendText(QString("AB ").repeated(1000));
@@ -176,22 +173,18 @@ private slots:
     }
 
     // Text that would push out all the view holds takes its place, leaving no older text
-    // beside it, slack or not, and the scroll bar never goes away meanwhile.
+    // beside it, slack or not.
     void textPushingOutTheWholeViewTakesItsPlace()
     {
         QTextEdit view;
         view.setUndoRedoEnabled(false); // as the pages' views
-        view.resize(200, 100);
-        view.show();
         QtRecvViewFeeder queue(&view);
         queue.setMaxViewChars(200, 200);
         queue.appendParagraph(lines("old %1\n", 20));
         queue.flush();
-        QSignalSpy ranges(view.verticalScrollBar(), SIGNAL(rangeChanged(int, int)));
         queue.appendParagraph(lines("new %1\n", 60));
         queue.flush();
         QVERIFY(lines("new %1\n", 60).endsWith(view.toPlainText()) && view.toPlainText().startsWith("new "));
-        QVERIFY(std::all_of(ranges.begin(), ranges.end(), [](const QVariantList &r) { return r.at(1).toInt() > 0; }));
     }
 };
 
