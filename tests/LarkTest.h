@@ -85,6 +85,16 @@ T *byId(const QObject *parent, int id)
     return nullptr;
 }
 
+// the item texts of a combo box, in order
+template <class Box>
+QStringList itemTexts(const Box *box)
+{
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts << box->itemText(i);
+    return texts;
+}
+
 // the widget in column 1 of a row of the grid of parent's group box with that title
 QWidget *inGroup(const QObject *parent, const QString &title, int row);
 

@@ -30,13 +30,7 @@ struct Rig : NetworkPageRig {
             texts << args.at(0).toString();
         return texts;
     }
-    QStringList clients()
-    {
-        QStringList items;
-        for (int i = 0; i < child<QComboBox>("cbxClients")->count(); ++i)
-            items << child<QComboBox>("cbxClients")->itemText(i);
-        return items;
-    }
+    QStringList clients() { return LarkTest::itemTexts(child<QComboBox>("cbxClients")); }
     quint16 startServer() { open(0, "0"); return page.tcpServer()->serverPort(); }
     std::vector<Peer> connectClients(int n)
     {
