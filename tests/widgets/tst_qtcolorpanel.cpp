@@ -1,11 +1,9 @@
 #include "ColorDisplay.h"
 #include "ColorGridDisplay.h"
 #include "ColorPanelGeometry.h"
-#include "ColorPanelBar.h"
 #include "LarkTest.h"
 #include "QtColorPanel.h"
 
-#include <QLineEdit>
 #include <QtTest>
 
 class TstQtColorPanel : public QObject
@@ -13,11 +11,6 @@ class TstQtColorPanel : public QObject
     Q_OBJECT
     std::unique_ptr<QtColorPanel> m_panel;
 
-    static bool near(const QColor &a, const QColor &b, int tolerance)
-    {
-        return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance
-            && qAbs(a.blue() - b.blue()) <= tolerance;
-    }
     static void clickCell(ColorGridDisplay *grid, int rows, int id)
     {
         QTest::mouseClick(grid, Qt::LeftButton, Qt::NoModifier, ColorPanelGeometry::cellRect(grid->size(), rows, 8, id).center());
@@ -58,64 +51,6 @@ private slots:
         QCOMPARE(spy.count(), picked < 0 ? 0 : 1);
         QCOMPARE(grid->currentId(), qMax(picked, 0));
         QCOMPARE(m_panel->colorDisplay()->color(), QColor(picked < 0 ? "#ffffff" : QtColorPanel::strBaseColors.at(picked)));
-    }
-
-    // a bar of 200 pixels: handle 200 / 13 = 15 high, travel 200 - 15 - 2 * 2 - 2 * 2;
-    // a real click on the panel's bar at that height picks by the geometry's rule (whose
-    // own table has the ends of the travel), the colour from the bar's picture down to its
-    // last row
-    void barFromPoint_data()
-    {
-        QTest::addColumn<int>("y");
-        QTest::addColumn<double>("percent");
-        QTest::addColumn<QColor>("color");
-        QTest::newRow("middle") << 95 << (1 - 88.0 / 177) * 100 << QColor(127, 0, 0);
-    }
-    void barFromPoint()
-    {
-        QFETCH(int, y);
-        QFETCH(QColor, color);
-        ColorPanelBar *bar = m_panel->panelBar();
-        bar->setFixedHeight(200);
-        QTRY_COMPARE(bar->getTravel(), 177);
-        QSignalSpy spy(bar, SIGNAL(colorChanged(QColor)));
-        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(bar->width() / 2, y));
-        QCOMPARE(spy.count(), 2); // press and release both pick
-        QTEST(bar->getPercent(), "percent");
-        QCOMPARE(bar->getValue(), bar->getPercent() * 3.6);
-        QVERIFY2(near(m_panel->colorDisplay()->color(), color, 3), qPrintable(bar->getColor().name()));
-    }
-
-    // a typed entry applies when it names a colour and leaves the old one otherwise;
-    // the six numbers are HSL hue, saturation, lightness, then red, green, blue
-    void typedEntry_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QStringList>("numbers");
-        const QStringList old{"0", "85", "96", "128", "64", "64"}; // #804040
-        QTest::newRow("white has no hue") << "#FFFFFF" << "#FFFFFF" << QStringList{"-1", "0", "255", "255", "255", "255"};
-        QTest::newRow("short form") << "#0f0" << "#00FF00" << QStringList{"120", "255", "128", "0", "255", "0"};
-        QTest::newRow("nonsense") << "nonsense" << "nonsense" << old;
-    }
-    void typedEntry()
-    {
-        QFETCH(QString, typed);
-        QFETCH(QString, shown);
-        ColorDisplay *display = m_panel->colorDisplay();
-        display->SltDisplayColor(QColor("#804040"));
-        // the read-out's edits: the typed entry first, then the six numbers
-        QList<QLineEdit *> edits = display->findChildren<QLineEdit *>();
-        std::stable_partition(edits.begin(), edits.end(), [](QLineEdit *e) { return !e->isReadOnly(); });
-        edits[0]->clear();
-        QTest::keyClicks(edits[0], typed);
-        QTest::keyClick(edits[0], Qt::Key_Return);
-        QCOMPARE(edits[0]->text(), shown);
-        QStringList shownNumbers;
-        for (int i = 1; i < edits.size(); ++i)
-            shownNumbers << edits[i]->text();
-        QTEST(shownNumbers, "numbers");
-        QCOMPARE(display->color().name().toUpper(), QColor(shown).isValid() ? shown : QString("#804040"));
     }
 
     // a custom cell takes the shown colour; both buttons confirm with it
