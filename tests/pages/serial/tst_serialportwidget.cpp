@@ -229,8 +229,6 @@ private slots:
                              << QStringList{"61 62 ", "63 0D 0A ", "D6 D0 CE C4 ", "0D ", "0A 7A "};
         QTest::newRow("ascii log") << false << true << QByteArrayList{"x", "y\n"}
                                    << QStringList{"ASCII >", "x", "ASCII >", "y\n"};
-        QTest::newRow("hex log") << true << true << QByteArrayList{"x", "y"}
-                                 << QStringList{"HEX >", "78 ", "HEX >", "79 "};
     }
 
     void readsOfOneFrameStayParagraphsOfTheirOwn()
