@@ -23,14 +23,11 @@ bool LarkPtyPair::start()
         m_socat.waitForReadyRead(100);
         err += m_socat.readAllStandardError();
     }
-    QStringList paths;
     auto it = QRegularExpression("PTY is (/dev/pts/\\d+)").globalMatch(QString::fromLatin1(err));
-    while (it.hasNext())
-        paths << it.next().captured(1);
-    if (paths.size() < 2)
+    m_programPath = it.hasNext() ? it.next().captured(1) : QString();
+    m_boardPath = it.hasNext() ? it.next().captured(1) : QString();
+    if (m_boardPath.isEmpty())
         return false;
-    m_programPath = paths.at(0);
-    m_boardPath = paths.at(1);
     m_boardFd = ::open(m_boardPath.toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
     termios tio;
     if (m_boardFd >= 0 && tcgetattr(m_boardFd, &tio) == 0) {

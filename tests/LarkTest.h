@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QPushButton>
-#include <QRegion>
 #include <QSignalSpy>
 #include <QString>
 #include <functional>
@@ -49,13 +48,12 @@ bool showExposed(QWidget *w, const QSize &size = QSize());
 // test when there is none.
 void click(QWidget *parent, const QString &key);
 
-// Counts the paint events of the widget it watches and gathers the regions they paint;
-// onPaint runs at each, for what a test must see as it was painted.
+// Counts the paint events of the widget it watches; onPaint runs at each, for what a
+// test must see as it was painted.
 struct PaintCounter : QObject {
     explicit PaintCounter(QWidget *watched);
     bool eventFilter(QObject *, QEvent *e) override;
     int count = 0;
-    QRegion painted;
     std::function<void()> onPaint;
 };
 } // namespace LarkTest
@@ -83,6 +81,16 @@ T *byId(const QObject *parent, int id)
         if (w->property("id").isValid() && w->property("id").toInt() == id)
             return w;
     return nullptr;
+}
+
+// the item texts of a combo box, in order
+template <class Box>
+QStringList itemTexts(const Box *box)
+{
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts << box->itemText(i);
+    return texts;
 }
 
 // the widget in column 1 of a row of the grid of parent's group box with that title

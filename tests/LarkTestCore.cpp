@@ -14,12 +14,6 @@ void prepareEnvironment()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        const QString dir = QString("/tmp/runtime-lark-%1").arg(getuid());
-        QDir().mkpath(dir);
-        QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("XDG_RUNTIME_DIR", dir.toLocal8Bit());
-    }
 }
 
 void cleanAppDirs()
@@ -65,21 +59,18 @@ QString diskFaults(const std::function<bool(const QString &path)> &write)
     QDir().mkpath(full);
     if (::mount("tmpfs", QFile::encodeName(full).constData(), "tmpfs", 0, "size=64k") != 0)
         return "-";
-    QFile target(full + "/target"), filler(full + "/filler");
-    if (target.open(QIODevice::WriteOnly))
-        target.write("original\n");
-    target.close();
+    const QString target = full + "/target";
+    writeFile(target, "original\n");
+    QFile filler(full + "/filler");
     filler.open(QIODevice::WriteOnly);
     while (filler.write(QByteArray(4096, 'x')) > 0 && filler.flush()) {
     }
     filler.close();
-    QString fault = write(target.fileName()) ? "a write to a full disk succeeded; " : "";
-    target.open(QIODevice::ReadOnly);
-    if (target.readAll() != "original\n")
+    QString fault = write(target) ? "a write to a full disk succeeded; " : "";
+    if (readFile(target) != "original\n")
         fault += "the file on the full disk changed; ";
     if (QDir(full).entryList(QDir::Files) != QStringList({"filler", "target"}))
         fault += "left on the full disk: " + QDir(full).entryList(QDir::Files).join(' ') + "; ";
-    target.close();
     ::umount(QFile::encodeName(full).constData());
     // a folder that is not there any more is one that never was, for the writer
     if (write(dir.filePath("gone/target")))

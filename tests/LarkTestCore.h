@@ -7,10 +7,13 @@
 
 #include <functional>
 
+class QAbstractItemModel;
+class QStandardItemModel;
+
 // What every test executable needs, widgets or not.
 namespace LarkTest {
 
-// Offscreen platform and a private runtime folder unless the caller chose otherwise.
+// Offscreen platform unless the caller chose otherwise.
 void prepareEnvironment();
 
 // Removes conf/ and download/ beside the test executable, so that a test starts as a
@@ -58,6 +61,15 @@ int runTest(int argc, char **argv)
     return rc;
 }
 
+// a table model's cells, rows joined by ';' and cells by '|'; fillModel makes the
+// model hold such a text, four columns a row
+QString modelCells(const QAbstractItemModel *model);
+void fillModel(QStandardItemModel *model, const QString &cells);
+
+// length bytes (all when negative) of the file at path from offset at, "(missing)" when
+// it cannot be opened or has no such offset
+QByteArray fileBytes(const QString &path, qint64 at = 0, qint64 length = -1);
+
 } // namespace LarkTest
 
 // the check of diskFaults, skipped where it cannot run
@@ -72,19 +84,5 @@ int runTest(int argc, char **argv)
 // main() of a test class that needs no widgets
 #define LARK_TEST_GUILESS_MAIN(Class) \
     int main(int argc, char **argv) { return LarkTest::runTest<QCoreApplication, Class>(argc, argv); }
-
-class QAbstractItemModel;
-class QStandardItemModel;
-
-namespace LarkTest {
-// a table model's cells, rows joined by ';' and cells by '|'; fillModel makes the
-// model hold such a text, four columns a row
-QString modelCells(const QAbstractItemModel *model);
-void fillModel(QStandardItemModel *model, const QString &cells);
-
-// length bytes (all when negative) of the file at path from offset at, "(missing)" when
-// it cannot be opened or has no such offset
-QByteArray fileBytes(const QString &path, qint64 at = 0, qint64 length = -1);
-} // namespace LarkTest
 
 #endif // LARKTESTCORE_H

@@ -14,7 +14,6 @@ private slots:
         QTest::addColumn<double>("hue");
         QTest::addColumn<double>("saturation");
         QTest::newRow("top left") << QPoint(0, 0) << 0 << 0.0 << 100.0;
-        QTest::newRow("bottom right") << QPoint(500, 350) << 0 << 360.0 << 0.0;
         QTest::newRow("outside, clamped") << QPoint(-20, 400) << 0 << 0.0 << 0.0;
         QTest::newRow("inside a border, clamped") << QPoint(3, 3) << 10 << 0.0 << 100.0;
         QTest::newRow("bordered centre") << QPoint(250, 175) << 10 << 180.0 << 50.0;
@@ -57,7 +56,6 @@ private slots:
         QTest::addColumn<double>("value");
         QTest::addColumn<double>("percent");
         QTest::newRow("no minimum") << 0.0 << 180.0 << 50.0;
-        QTest::newRow("the top") << 0.0 << 360.0 << 100.0;
         QTest::newRow("with a minimum") << 100.0 << 130.0 << 50.0;
     }
     void barValueAndPercentOfTheSpan()

@@ -20,7 +20,7 @@ private slots:
     void init() { tip()->hide(); }
     void cleanup() { tip()->hide(); }
 
-    void tipShowsAtThePositionForTwoSeconds()
+    void tipShowsForTwoSeconds()
     {
         tip()->ShowMessage(QString(), QPoint(300, 300)); // ignored
         QVERIFY(!tip()->isVisible());
@@ -28,7 +28,6 @@ private slots:
         QElapsedTimer shown;
         shown.start();
         QVERIFY(tip()->isVisible());
-        QCOMPARE(tip()->pos(), QPoint(100, 200));
         QVERIFY(shownFor(shown) >= 1800);
     }
 

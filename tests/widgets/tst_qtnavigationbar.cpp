@@ -31,12 +31,8 @@ private slots:
         QTest::addColumn<int>("emitted");
         QTest::newRow("next") << 1 << "next" << 2 << 1;
         QTest::newRow("next at the end") << 3 << "next" << 3 << 0;
-        QTest::newRow("first") << 2 << "first" << 0 << 1;
-        QTest::newRow("last") << 1 << "last" << 3 << 1;
         QTest::newRow("index out of range") << 1 << "to9" << 1 << 0;
         QTest::newRow("arrow keys") << 0 << "key Right Down Right Down Left" << 2 << 4;
-        QTest::newRow("up and other keys") << 1 << "key Up Up Space" << 0 << 1;
-        QTest::newRow("arrow keys without keyMove") << 0 << "Right Down" << 0 << 0;
         QTest::newRow("click the third") << 0 << "click2" << 2 << 1;
         QTest::newRow("click the current one again") << 0 << "click0" << 0 << 1;
         QTest::newRow("click beside the items") << 0 << "click-1" << 0 << 0;

@@ -5,8 +5,6 @@
 #include <QtWidgets>
 #include <QtTest>
 
-#include <algorithm>
-
 namespace {
 
 // what the view held before paragraphs went in in slices: each one appended whole,
@@ -105,27 +103,6 @@ private slots:
         QCOMPARE(joined.plainText(), whole.toPlainText());
     }
 
-    void aFollowedViewKeepsFollowingWhileSlicesGoIn()
-    {
-        QTextEdit view;
-        view.setReadOnly(true);
-        view.resize(300, 200);
-        view.show();
-        QtRecvViewFeeder queue(&view);
-        queue.setSliceChars(256);
-        queue.appendParagraph(lines("line %1\n", 400));
-        QTRY_VERIFY(!queue.isPending());
-        QScrollBar *bar = view.verticalScrollBar();
-        QVERIFY(bar->maximum() > 0);
-        QCOMPARE(bar->value(), bar->maximum());
-
-        // scrolled up by the user: the view stays where it is
-        bar->setValue(0);
-        queue.appendParagraph(lines("more %1\n", 400));
-        QTRY_VERIFY(!queue.isPending());
-        QCOMPARE(bar->value(), 0);
-    }
-
     // The network page's way: text gathers for a few milliseconds, the view keeps only
     // its bound, and whatever the view dropped is still there for a save.
     void aBoundedViewHoldsTheTailWhilePlainTextKeepsEverything()
@@ -154,7 +131,6 @@ private slots:
         QVERIFY2(all.endsWith(shown), qPrintable(shown));
         // the cut fell at a line start
         QVERIFY(shown.startsWith("[Tcp client c] line "));
-        QCOMPARE(view.textCursor().position(), view.document()->characterCount() - 1);
 
         // a run of hex longer than the bound: the view is that run's tail, cut after a blank
         queue.appendText(QString("AB ").repeated(1000));
@@ -198,22 +174,18 @@ private slots:
     }
 
     // Text that would push out all the view holds takes its place, leaving no older text
-    // beside it, slack or not, and the scroll bar never goes away meanwhile.
+    // beside it, slack or not.
     void textPushingOutTheWholeViewTakesItsPlace()
     {
         QTextEdit view;
         view.setUndoRedoEnabled(false); // as the pages' views
-        view.resize(200, 100);
-        view.show();
         QtRecvViewFeeder queue(&view);
         queue.setMaxViewChars(200, 200);
         queue.appendParagraph(lines("old %1\n", 20));
         queue.flush();
-        QSignalSpy ranges(view.verticalScrollBar(), SIGNAL(rangeChanged(int, int)));
         queue.appendParagraph(lines("new %1\n", 60));
         queue.flush();
         QVERIFY(lines("new %1\n", 60).endsWith(view.toPlainText()) && view.toPlainText().startsWith("new "));
-        QVERIFY(std::all_of(ranges.begin(), ranges.end(), [](const QVariantList &r) { return r.at(1).toInt() > 0; }));
     }
 };
 

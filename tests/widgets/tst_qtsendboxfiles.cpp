@@ -24,7 +24,6 @@ private slots:
         QTest::addColumn<bool>("taken");
         QTest::addColumn<int>("key");
         QTest::addColumn<QString>("text");
-        QTest::newRow("plain") << QByteArray("1#first\n") << true << 1 << "first";
         QTest::newRow("hash inside the text") << QByteArray("12#hello#world\n") << true << 12 << "hello#world";
         QTest::newRow("negative key") << QByteArray("-3#negative") << true << -3 << "negative";
         QTest::newRow("no number: key 0") << QByteArray("abc#x\n") << true << 0 << "x";
@@ -33,7 +32,6 @@ private slots:
         QTest::newRow("UTF-8") << QByteArray("2#\xE4\xB8\xAD\n") << true << 2 << "中";
         QTest::newRow("empty text") << QByteArray("5#\n") << true << 5 << "";
         QTest::newRow("no hash") << QByteArray("no hash here\n") << false << 0 << "";
-        QTest::newRow("empty line") << QByteArray("\n") << false << 0 << "";
         QTest::newRow("NUL before the hash") << QByteArray("7\0#x\n", 5) << false << 0 << "";
     }
 

@@ -5,7 +5,6 @@
 #include "QtPageBar.h"
 #include "QtSendBoxFiles.h"
 #include "QtSendBoxWidget.h"
-#include "QtSendConfigGroup.h"
 
 #include <QtWidgets>
 #include <QtTest>
@@ -14,23 +13,10 @@ namespace {
 
 QString confPath(const QString &name) { return QCoreApplication::applicationDirPath() + "/conf/" + name; }
 
-QStringList comboItems(QtSendBoxWidget &box)
-{
-    QStringList items;
-    for (auto *c = box.findChild<QComboBox *>(); items.size() < c->count();)
-        items << c->itemText(items.size());
-    return items;
-}
+QStringList comboItems(QtSendBoxWidget &box) { return LarkTest::itemTexts(box.findChild<QComboBox *>()); }
 
-// the ten multi-send rows by their "id"
-QVector<QLineEdit *> rows(QtSendBoxWidget &box)
-{
-    QVector<QLineEdit *> r(10);
-    for (QLineEdit *e : box.findChildren<QLineEdit *>())
-        if (e->property("id").isValid())
-            r[e->property("id").toInt()] = e;
-    return r;
-}
+// a multi-send row by its "id"
+QLineEdit *row(QtSendBoxWidget &box, int id) { return LarkTest::byId<QLineEdit>(&box, id); }
 
 } // namespace
 
@@ -97,13 +83,12 @@ private slots:
                 box.findChild<QTextEdit *>()->setPlainText(msg);
                 box.SltSingleSendPage();
             }
-            const auto r = rows(box);
-            r[0]->setText("AT+RST");
+            row(box, 0)->setText("AT+RST");
             box.SltMultiBtnClicked(0);
-            r[1]->setText("01 03 00 00");
-            emit r[1]->editingFinished();
+            row(box, 1)->setText("01 03 00 00");
+            emit row(box, 1)->editingFinished();
             box.findChild<QtPageBar *>()->SltNextPage();
-            r[0]->setText("hello#world");
+            row(box, 0)->setText("hello#world");
             box.SltMultiBtnClicked(0);
         }
         QCOMPARE(LarkTest::readFile(confPath(prefix + "_multi_conf.txt")), QByteArray("1#AT+RST\n2#01 03 00 00\n11#hello#world\n"));
@@ -111,7 +96,7 @@ private slots:
             QtSendBoxWidget box(nullptr, flags);
             // the history comes back word by word
             QCOMPARE(comboItems(box), (QStringList{"AT+GMR", "hello", "world"}));
-            QCOMPARE(rows(box)[1]->text(), QString("01 03 00 00"));
+            QCOMPARE(row(box, 1)->text(), QString("01 03 00 00"));
             QCOMPARE(box.multiData().value(11), QString("hello#world"));
             // the run's own list starts empty, so a word from the file is added again
             box.setDeviceStatus(true);
@@ -129,18 +114,17 @@ private slots:
         QMap<int, QString> stored;
         {
             QtSendBoxWidget box(nullptr, 7);
-            const auto r = rows(box);
-            r[0]->clear(); // an emptied row keeps its stored text
-            emit r[0]->editingFinished();
+            row(box, 0)->clear(); // an emptied row keeps its stored text
+            emit row(box, 0)->editingFinished();
             box.SltMultiChangePage(3);
-            QCOMPARE(r[2]->text(), QString("c"));
+            QCOMPARE(row(box, 2)->text(), QString("c"));
             box.findChild<QtPageBar *>()->SltNextPage();
             box.SltClearMultiEdit();
             // keys 10..19 go: the tenth row of page 1 with them, while page 2's tenth stays
             QCOMPARE(box.multiData().keys(), (QList<int>{1, 20, 23}));
-            QVERIFY(r[9]->text().isEmpty());
+            QVERIFY(row(box, 9)->text().isEmpty());
             box.SltMultiChangePage(2);
-            QCOMPARE(r[9]->text(), QString("page2row10"));
+            QCOMPARE(row(box, 9)->text(), QString("page2row10"));
             stored = box.multiData();
         }
         // written back as the box held it
@@ -197,9 +181,8 @@ private slots:
         // checked on the single page, the cycle starts at row 0 all the same
         box.setDeviceStatus(true);
         chk.setChecked(true);
-        const auto r = rows(box);
-        r[0]->setText("one");
-        r[2]->setText("three");
+        row(box, 0)->setText("one");
+        row(box, 2)->setText("three");
         box.setAutoSend(true);
         box.setCurrentPage(QtSendBoxWidget::MultiPage);
         for (int tick = 0; tick < 5; ++tick)
@@ -211,11 +194,9 @@ private slots:
         box.SltAutoSendData();
         QCOMPARE(sent.last().at(0).toByteArray(), QByteArray("one"));
         QVERIFY(box.multiData().isEmpty()); // the cycle uses the rows as they stand
-        // a new box sends once a second until told otherwise, and its edit says so; 0 is
-        // refused: it would flood the port
+        // 0 is refused: it would flood the port
         box.setAutoInterval(0);
         QCOMPARE(box.autoTimer()->interval(), 1000);
-        QCOMPARE(QtSendConfigGroup(nullptr).findChild<QLineEdit *>()->text(), QString("1000"));
     }
 
     void fileChosenInTheRealDialogFillsTheEdit()

@@ -1,7 +1,5 @@
 #include "LarkTest.h"
 #include "QtCountLabel.h"
-#include "QtRollSubtitlesWidget.h"
-#include "QtStatusBar.h"
 
 #include <QTest>
 
@@ -9,23 +7,6 @@ class TstQtStatusBar : public QObject
 {
     Q_OBJECT
 private slots:
-    // the counts and the clear button are the main window's test, as it shows each page's
-    void notifyIsShownInItsColourAndAWideOneStandsStill()
-    {
-        QtStatusBar bar;
-        QVERIFY(LarkTest::showExposed(&bar, {800, 28}));
-        bar.showSystemNotify("串口打开失败", 255);
-        QCOMPARE(bar.notifyWidget()->text(), QString("串口打开失败"));
-        QCOMPARE(bar.notifyWidget()->textColor(), QString("#ff0000"));
-        bar.showSystemNotify("", 0); // an empty text keeps the message
-        QCOMPARE(bar.notifyWidget()->text(), QString("串口打开失败"));
-        // a message wider than the bar stands still
-        bar.showSystemNotify(QString(200, QChar(0x6D4B)), 0);
-        QVERIFY(bar.notifyWidget()->textWidth() > bar.notifyWidget()->width());
-        QCOMPARE(bar.notifyWidget()->xPos(), 0);
-        QVERIFY(!bar.notifyWidget()->isRolling());
-    }
-
     // Counts refreshed with every read of a busy link repaint far less often than they
     // change, yet the last counts always reach the screen.
     void aBurstOfCountsRepaintsSeldomButEndsOnTheLast()

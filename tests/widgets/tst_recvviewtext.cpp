@@ -55,7 +55,6 @@ private slots:
             << QString("a") + QChar(0x2028) + "b" + QChar(0x2029) + "c" + QChar(0xFDD0) + "d" + QChar(0xFDD1) + "e"
                    + QChar(0x00A0) + "f\tg" + QChar(0) + "h"
             << QString("a\nb\nc\nd\ne f\tg") + QChar(0) + "h";
-        QTest::newRow("hex text as it is") << "0D 0A 41 FF " << "0D 0A 41 FF ";
         QTest::newRow("breaks side by side, controls kept") << QString("\r\r\n\x01\x1b[0m\x7f") + QChar(0x2029) + QChar(0x2028) + "\n\r"
                                                             << "\n\n\x01\x1b[0m\x7f\n\n\n\n";
     }
@@ -74,9 +73,6 @@ private slots:
         QTest::newRow("cut falls on a line start") << "aaaa\nbbbb" << 4 << "bbbb";
         QTest::newRow("next line start close by") << "aaaaaaaa\nbbbbbbbb" << 10 << "bbbbbbbb";
         QTest::newRow("cr lf stays whole") << "aaaaaaa\r\nbbbbbbbb" << 9 << "bbbbbbbb";
-        // a view's raw text: paragraphs and the lines kept inside them
-        QTest::newRow("paragraph separator") << QString("aaaaaaaa") + QChar(0x2029) + "bbbbbbbb" << 10 << "bbbbbbbb";
-        QTest::newRow("line separator") << QString("aaaaaaaa") + QChar(0x2028) + "bbbbbbbb" << 10 << "bbbbbbbb";
         QTest::newRow("hex bytes") << "01 02 03 04 " << 7 << "03 04 ";
         QTest::newRow("hex bytes, cut on a blank") << "01 02 03 04 " << 6 << "03 04 ";
         QTest::newRow("no place to cut") << "abcdefghijklmnopqrstuvwxyz" << 5 << "vwxyz";
@@ -116,7 +112,6 @@ private slots:
         QTest::addColumn<QString>("shown");
         QTest::newRow("return wipes the old line") << "abc\rde" << "de\n";
         QTest::newRow("trailing return keeps the line") << "abc\r" << "abc\n";
-        QTest::newRow("progress overwrites") << "10%\r20%\r" << "20%\n";
         QTest::newRow("empty lines vanish") << "a\r\n\r\n\r\nb" << "a\nb\n";
         QTest::newRow("lone line feed is no line end") << "a\nb\r\n" << "a\nb\n";
         // only one trailing return is forgiven: a second one leaves an empty, vanishing line

@@ -3,17 +3,16 @@
 #include "NetworkPageRig.h"
 #include "NumberTool.h"
 #include "QtMessageTip.h"
-#include "StatusLabel.h"
 #include "TcpServer.h"
 
 namespace {
 
 using Peer = std::unique_ptr<QTcpSocket>;
 
-// a mode, the port typed, the button's text idle and running, the notices of each press
+// a mode, the port typed, the notices of each press
 struct ModeRow {
     int mode;
-    QString port, idle, running;
+    QString port;
     QStringList opened, closed;
 };
 
@@ -22,9 +21,7 @@ struct ModeRow {
 struct Rig : NetworkPageRig {
     QTcpServer board;
 
-    QString button() { return child<QPushButton>("btnOpen")->text(); }
-    bool lampOn() { return child<StatusLabel>("statusLabel")->isWork(); }
-    bool modeFree() { return child<QComboBox>("cbxNetType")->isEnabled(); }
+    bool connected() { return page.tcpSocket()->state() == QAbstractSocket::ConnectedState; }
     QPushButton *sendButton() { return LarkTest::find<QPushButton>(page.sendBox(), "发送数据"); }
     QStringList notices() const
     {
@@ -33,13 +30,7 @@ struct Rig : NetworkPageRig {
             texts << args.at(0).toString();
         return texts;
     }
-    QStringList clients()
-    {
-        QStringList items;
-        for (int i = 0; i < child<QComboBox>("cbxClients")->count(); ++i)
-            items << child<QComboBox>("cbxClients")->itemText(i);
-        return items;
-    }
+    QStringList clients() { return LarkTest::itemTexts(child<QComboBox>("cbxClients")); }
     quint16 startServer() { open(0, "0"); return page.tcpServer()->serverPort(); }
     std::vector<Peer> connectClients(int n)
     {
@@ -86,22 +77,21 @@ private slots:
     {
         QTest::addColumn<ModeRow>("row");
         // text that is no port gives 0, and the system picks a free one
-        QTest::newRow("TCP Server") << ModeRow{0, "port", "启动监听", "停止监听", {"TCP服务监听[端口:0]已启动!!"},
-                                               {"TCP服务监听[端口:0]已关闭!!"}};
+        QTest::newRow("TCP Server") << ModeRow{0, "port", {"TCP服务监听[端口:0]已启动!!"}, {"TCP服务监听[端口:0]已关闭!!"}};
         // the user's close gives the socket's own report, then the button's
-        QTest::newRow("TCP Client") << ModeRow{1, "board", "建立连接", "断开连接",
-                                               {"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"},
+        QTest::newRow("TCP Client") << ModeRow{1, "board", {"正在与服务器建立连接....", "[TCP Client]与服务器连接成功！！！"},
                                                {"[TCP Client]与服务器已断开连接~~~", "[ TCP Client ] 已断开连接！"}};
-        QTest::newRow("UDP") << ModeRow{2, "", "打开", "关闭", {"UDP服务监听[端口:0]已启动!!"}, {}};
+        QTest::newRow("UDP") << ModeRow{2, "", {"UDP服务监听[端口:0]已启动!!"}, {}};
         // a port in use fails at each press
-        QTest::newRow("server, in use") << ModeRow{0, "taken", "启动监听", "启动监听", {"TCP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
-        QTest::newRow("udp, in use") << ModeRow{2, "taken", "打开", "打开", {"UDP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
+        QTest::newRow("server, in use") << ModeRow{0, "taken", {"TCP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
+        QTest::newRow("udp, in use") << ModeRow{2, "taken", {"UDP服务监听[端口:%1]失败，请确认该端口是否可用!!"}, {}};
     }
 
     void eachModeOpensAndClosesWithItsNotices()
     {
         QFETCH(ModeRow, row);
-        auto [mode, port, idle, running, opened, closed] = row;
+        auto [mode, port, opened, closed] = row;
+        const bool ok = port != "taken";
         QTcpServer tcpHolder;
         QUdpSocket udpHolder;
         QVERIFY(tcpHolder.listen(QHostAddress::Any, 0));
@@ -116,26 +106,15 @@ private slots:
         // through another mode first, so that every row is a real change of mode
         rig->child<QComboBox>("cbxNetType")->setCurrentIndex(mode == 1 ? 2 : 1);
         rig->setMode(mode, port);
-        QCOMPARE(rig->button(), idle);
-        QCOMPARE(!rig->child<QWidget>("widgetClients")->isHidden(), mode == 0);
-        QCOMPARE(!rig->child<QWidget>("widgetUdpDest")->isHidden(), mode == 2);
-
-        const bool ok = running != idle;
         rig->press();
         QTRY_COMPARE(rig->notices(), opened);
         QCOMPARE(rig->notify.last().at(1).toInt(), ok ? 0 : 255);
-        QCOMPARE(rig->button(), running);
-        QVERIFY(rig->lampOn() == ok && rig->sendButton()->isEnabled() == ok);
         if (mode != 1)
             QCOMPARE((mode == 0 ? rig->page.tcpServer()->serverPort() : rig->page.udpSocket()->localPort()) != 0, ok);
-        // only the client mode leaves the mode free while running
-        QCOMPARE(rig->modeFree(), mode == 1 || !ok);
 
         rig->notify.clear();
         rig->press();
         QCOMPARE(rig->notices(), closed);
-        QCOMPARE(rig->button(), idle);
-        QVERIFY(!rig->lampOn() && !rig->sendButton()->isEnabled() && rig->modeFree());
     }
 
     // far ends: the second of two clients of the server, chosen in the clients box; the
@@ -161,7 +140,7 @@ private slots:
         } else if (mode == 1) {
             QVERIFY(rig->board.listen(QHostAddress::LocalHost));
             rig->open(1, QString::number(rig->board.serverPort()));
-            QTRY_VERIFY(rig->board.hasPendingConnections() && rig->lampOn());
+            QTRY_VERIFY(rig->board.hasPendingConnections() && rig->connected());
             peers.emplace_back(), peers.emplace_back(rig->board.nextPendingConnection());
             name = QString("TCP Client 127.0.0.1:%1").arg(rig->board.serverPort());
         } else {
@@ -246,9 +225,6 @@ private slots:
         rig->press();
         rig->connectClients(1);
         QCOMPARE(rig->clients().size(), 2);
-
-        QTest::mouseClick(rig->child<QToolButton>("btnFold"), Qt::LeftButton);
-        QVERIFY(rig->child<QWidget>("widgetNetConfig")->isHidden());
     }
 
     void clientRetriesARefusedConnectionThenTalksToItsServer()
@@ -256,16 +232,15 @@ private slots:
         QVERIFY(rig->board.listen(QHostAddress::LocalHost, 0));
         const quint16 port = rig->board.serverPort();
         rig->board.close();
-        // refused without a word; the button still offers to connect
+        // refused without a word
         rig->open(NetworkToolWidget::TcpClientMode, QString::number(port));
         QTRY_COMPARE(rig->page.tcpSocket()->state(), QAbstractSocket::UnconnectedState);
         QCOMPARE(rig->notices(), QStringList{"正在与服务器建立连接...."});
-        QCOMPARE(rig->button(), QString("建立连接"));
 
         if (!rig->board.listen(QHostAddress::LocalHost, port))
             QSKIP("the freed port was taken by someone else");
         rig->press();
-        QTRY_VERIFY(rig->board.hasPendingConnections() && rig->button() == "断开连接");
+        QTRY_VERIFY(rig->board.hasPendingConnections() && rig->connected());
         Peer peer(rig->board.nextPendingConnection());
         peer->write("board\r\n");
         QTRY_COMPARE(rig->page.recvText(), QString("[Tcp client  来自服务端消息 ] board"));
@@ -277,7 +252,6 @@ private slots:
         rig->notify.clear();
         peer->disconnectFromHost();
         QTRY_COMPARE(rig->notices(), QStringList{"[TCP Client]与服务器已断开连接~~~"});
-        QCOMPARE(rig->button(), QString("建立连接"));
         QVERIFY(!rig->page.tcpSocket()->isOpen());
     }
 
