@@ -63,36 +63,6 @@ struct PaintCounter : QObject {
     int main(int argc, char **argv) { return LarkTest::runTest<LarkTest::TestApplication, Class>(argc, argv); }
 
 namespace LarkTest {
-// the first child of parent of type T whose object name, text or title is key, or nullptr
-template <class T>
-T *find(const QObject *parent, const QString &key)
-{
-    for (T *w : parent->findChildren<T *>())
-        if (w->objectName() == key || w->property("text").toString() == key || w->property("title").toString() == key)
-            return w;
-    return nullptr;
-}
-
-// the child of parent of type T whose "id" property is id (the rows of the pages' strips)
-template <class T>
-T *byId(const QObject *parent, int id)
-{
-    for (T *w : parent->findChildren<T *>())
-        if (w->property("id").isValid() && w->property("id").toInt() == id)
-            return w;
-    return nullptr;
-}
-
-// the item texts of a combo box, in order
-template <class Box>
-QStringList itemTexts(const Box *box)
-{
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i)
-        texts << box->itemText(i);
-    return texts;
-}
-
 // the widget in column 1 of a row of the grid of parent's group box with that title
 QWidget *inGroup(const QObject *parent, const QString &title, int row);
 

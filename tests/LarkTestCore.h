@@ -3,6 +3,8 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 #include <QTest>
 
 #include <functional>
@@ -69,6 +71,36 @@ void fillModel(QStandardItemModel *model, const QString &cells);
 // length bytes (all when negative) of the file at path from offset at, "(missing)" when
 // it cannot be opened or has no such offset
 QByteArray fileBytes(const QString &path, qint64 at = 0, qint64 length = -1);
+
+// the first child of parent of type T whose object name, text or title is key, or nullptr
+template <class T>
+T *find(const QObject *parent, const QString &key)
+{
+    for (T *w : parent->findChildren<T *>())
+        if (w->objectName() == key || w->property("text").toString() == key || w->property("title").toString() == key)
+            return w;
+    return nullptr;
+}
+
+// the child of parent of type T whose "id" property is id (the rows of the pages' strips)
+template <class T>
+T *byId(const QObject *parent, int id)
+{
+    for (T *w : parent->findChildren<T *>())
+        if (w->property("id").isValid() && w->property("id").toInt() == id)
+            return w;
+    return nullptr;
+}
+
+// the item texts of a combo box, in order
+template <class Box>
+QStringList itemTexts(const Box *box)
+{
+    QStringList texts;
+    for (int i = 0; i < box->count(); ++i)
+        texts << box->itemText(i);
+    return texts;
+}
 
 } // namespace LarkTest
 

@@ -6,6 +6,7 @@
 #include "QtRecvSaveFormat.h"
 #include "QtSendBoxWidget.h"
 #include "SerialPageRig.h"
+#include "UiSkin.h"
 
 namespace {
 
@@ -79,6 +80,35 @@ private slots:
         QCOMPARE(rig.pty.boardReadAtLeast(4) + tap.sent(), QByteArray("pingping"));
         byWatcher ? rig.page.SltSerialportChanged({}) : rig.press();
         QCOMPARE(tap.life(), "open " + rig.pty.programPath() + " closed x1");
+    }
+
+    // a skin's borders and padding move the bar's end: a view left at its end follows
+    // new data in the other skin too, one scrolled up stays where the user left it
+    void theViewFollowsNewDataAcrossASkinSwitch_data()
+    {
+        QTest::addColumn<bool>("scrolledUp");
+        QTest::newRow("at the end") << false;
+        QTest::newRow("scrolled up") << true;
+    }
+    void theViewFollowsNewDataAcrossASkinSwitch()
+    {
+        QFETCH(bool, scrolledUp);
+        Rig rig;
+        UiSkin::LoadStyleSheet(0);
+        rig.page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&rig.page) && rig.open() && rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        // the view lays out a long text over a few turns of the event loop
+        QScrollBar *bar = rig.page.terminal()->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        bar->setValue(scrolledUp ? bar->maximum() / 2 : bar->maximum());
+        const int left = bar->value(), end = bar->maximum();
+        UiSkin::LoadStyleSheet(1);
+        QVERIFY(rig.boardSendsOneRead(boardLines(3000)));
+        rig.shown();
+        QTRY_VERIFY(bar->maximum() > end + 100);
+        QCOMPARE(bar->value(), scrolledUp ? left : bar->maximum());
+        qApp->setStyleSheet(QString());
     }
 
     // the tail of a split character is waited for 50 ms from the read that held it
