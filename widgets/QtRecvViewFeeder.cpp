@@ -81,15 +81,15 @@ void QtRecvViewFeeder::enqueue(const QString &piece, bool paragraph)
     else if (waiting && piece.at(0) == QLatin1Char('\n') && m_strPending.endsWith(QLatin1Char('\r')))
         m_strPending[m_strPending.size() - 1] = QChar(QChar::ParagraphSeparator);
     m_strPending.append(piece);
-    if (waiting || m_timer->isActive())
+    if (waiting)
         return; // behind what is still being shown, in order
     // Slices go in at most once a pause: text after a quiet spell shows at once, text
     // that follows within the pause gathers until it ends. A board that prints a line
     // now and then is seen without delay, and a flood costs one edit and one repaint
     // a pause, not one a read.
-    const qint64 since = m_sinceSlice.isValid() ? m_sinceSlice.elapsed() : m_nPause;
-    if (m_nDelay > 0 && since < m_nPause) {
-        m_timer->start(int(m_nPause - since));
+    const qint64 left = m_sinceSlice.isValid() ? m_nPause - m_sinceSlice.elapsed() : 0;
+    if (left > 0) {
+        m_timer->start(int(left));
         return;
     }
     // the first slice goes in now, so that a block starts to show with the read that
