@@ -29,6 +29,15 @@ public:
         return port->open(QIODevice::ReadWrite) && wire(path);
     }
 
+    // the program's end as the TCP client of a board that listens, such as larksim
+    bool connectTcp(quint16 port)
+    {
+        auto *socket = new QTcpSocket;
+        m_device.reset(socket);
+        socket->connectToHost(QHostAddress::LocalHost, port);
+        return socket->waitForConnected(5000) && wire("TCP Client 127.0.0.1");
+    }
+
     bool openTcp()
     {
         if (!m_server.listen(QHostAddress::LocalHost, 0))

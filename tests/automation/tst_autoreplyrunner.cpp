@@ -1,12 +1,18 @@
 #include "AutoReplyRunner.h"
 #include "LarkTestCore.h"
+#include "LarkTapSpy.h"
 #include "LinkTapRig.h"
+#include "ScriptRuntime.h"
+#include "../sim/SimProcess.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTextCodec>
 
 static const auto Text = ReplyRule::MatchText;
 
-// Rules answering a board on a socat pty through the tap, as they would on a page.
+// Rules and scripts answering a board through the tap, as they would on a page: a
+// socat pty the test writes into, and larksim on a pty and as a TCP server.
 class TstAutoReplyRunner : public QObject
 {
     Q_OBJECT
@@ -56,6 +62,51 @@ private slots:
         rig.boardWrite("END");
         QCOMPARE(rig.boardReadAtLeast(6), QByteArray("OKDONE"));
         QCOMPARE(runner.fireCount(0), 1);
+    }
+
+    // larksim's GB18030 lines and its counter: every line asked for is answered once,
+    // wherever the link cut it, and larksim's echo of each answer comes back
+    void rulesAndScriptsAnswerLarksim_data()
+    {
+        QTest::addColumn<QStringList>("board");
+        QTest::addColumn<QString>("asked");
+        QTest::addColumn<QString>("script");
+        QTest::newRow("a regex rule, larksim on a pty") << QStringList{"text", "--pty"} << "第\\d+行" << "";
+        QTest::newRow("a script, larksim over TCP")
+            << QStringList{"text", "--kind", "counter", "--tcp-server", "0"} << "count=\\d+\r\n"
+            << "var rest = '';\nfunction onData(b) {\n    var lines = (rest + text(b)).split('\\r\\n');\n"
+               "    rest = lines.pop();\n    lines.forEach(function (l) { if (/^count=\\d+$/.test(l)) send('ACK\\r\\n'); });\n}\n";
+    }
+    void rulesAndScriptsAnswerLarksim()
+    {
+        QFETCH(QStringList, board);
+        QFETCH(QString, asked);
+        QFETCH(QString, script);
+        SimProcess sim;
+        QVERIFY(sim.start(board << "--echo" << "--lines-per-s" << "200"));
+        LinkTapRig rig;
+        QVERIFY(board.contains("--pty") ? rig.openPort(sim.ptyName()) : rig.connectTcp(sim.serverPort()));
+        LarkTapSpy spy(&rig.tap);
+        AutoReplyRunner runner;
+        ScriptRuntime runtime;
+        if (script.isEmpty()) {
+            runner.setTap(&rig.tap);
+            runner.setCodec("GB18030");
+            runner.setRules({ReplyRule(ReplyRule::MatchRegex, asked, ReplyRule::ReplyText, "ACK\\r\\n")});
+            runner.setActive(true);
+        } else {
+            LinkTap *tap = &rig.tap;
+            runtime.setSender([tap](const QByteArray &b) { return tap->write(b); });
+            connect(tap, &LinkTap::received, &runtime, &ScriptRuntime::feed);
+            QVERIFY(runtime.start(script, "board.js"));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(spy.received().count("ACK\r\n") >= 10, 10000);
+        const QString seen = QTextCodec::codecForName("GB18030")->toUnicode(spy.received());
+        const int lines = seen.count(QRegularExpression(asked));
+        QVERIFY(lines >= 10);
+        QCOMPARE(spy.sent(), QByteArray("ACK\r\n").repeated(lines));
+        QVERIFY(script.isEmpty() ? runner.fireCount(0) == lines : runtime.isRunning());
+        QVERIFY(sim.stop());
     }
 };
 
