@@ -77,6 +77,7 @@ private slots:
         QVERIFY(bad.open(QIODevice::WriteOnly) && bad.write("{\"rules\": [{\"pattern\": \"A\", \"answer\": \"B\"}]}") > 0);
         bad.close();
         QVERIFY(!window.loadRules(bad.fileName()));
+        QVERIFY2(window.rulesMessage().contains("未知字段 \"answer\""), qPrintable(window.rulesMessage()));
         QCOMPARE(window.rules(), before);
         QCOMPARE(window.runner()->rules(), before);
     }
