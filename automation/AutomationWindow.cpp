@@ -44,13 +44,7 @@ AutomationWindow::AutomationWindow(LinkTap *tap, const QString &pageName, QWidge
     setWindowTitle(QString("自动应答与脚本 - %1").arg(pageName));
     resize(860, 600);
     m_runner->setTap(tap);
-    LinkTap *writer = tap;
-    QPointer<LinkTap> guard(tap);
-    m_runtime->setSender([guard, writer](const QByteArray &bytes) -> qint64 {
-        return guard ? writer->write(bytes) : -1;
-    });
-    if (tap)
-        connect(tap, SIGNAL(received(QByteArray)), m_runtime, SLOT(feed(QByteArray)));
+    m_runtime->setTap(tap);
     InitWidget();
 }
 

@@ -2,6 +2,7 @@
 #include "ScriptHost.h"
 #include "ScriptLoopMarker.h"
 #include "ScriptWatchdog.h"
+#include "LinkTap.h"
 
 #include <QJSEngine>
 #include <QRegularExpression>
@@ -115,9 +116,13 @@ ScriptRuntime::~ScriptRuntime()
     end(QString());
 }
 
-void ScriptRuntime::setSender(Sender sender)
+void ScriptRuntime::setTap(LinkTap *tap)
 {
-    m_sender = std::move(sender);
+    if (m_tap)
+        disconnect(m_tap, nullptr, this, nullptr);
+    m_tap = tap;
+    if (tap)
+        connect(tap, &LinkTap::received, this, &ScriptRuntime::feed);
 }
 
 void ScriptRuntime::setCodec(const QByteArray &codecName)
@@ -251,9 +256,9 @@ void ScriptRuntime::end(const QString &reason)
 
 qint64 ScriptRuntime::sendBytes(const QByteArray &bytes)
 {
-    if (!m_sender || bytes.isEmpty())
+    if (!m_tap || bytes.isEmpty())
         return bytes.isEmpty() ? 0 : -1;
-    return m_sender(bytes);
+    return m_tap->write(bytes);
 }
 
 int ScriptRuntime::addTimer(double ms, bool repeat, const QString &entry)

@@ -5,11 +5,12 @@
 #include <QHash>
 #include <QJSValue>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
-#include <functional>
 #include <memory>
 
+class LinkTap;
 class QJSEngine;
 class QTextCodec;
 class QTimer;
@@ -35,13 +36,13 @@ class ScriptRuntime : public QObject
     Q_OBJECT
 public:
     static constexpr int CallLimitMs = 200;
-    using Sender = std::function<qint64(const QByteArray &)>;
 
     explicit ScriptRuntime(QObject *parent = nullptr);
     ~ScriptRuntime() override;
 
-    // where send() writes; -1 from it tells the script that nothing was written
-    void setSender(Sender sender);
+    // the link the script works on: each chunk it receives goes to onData, and send()
+    // writes through it (-1 to the script once it is gone: nothing was written)
+    void setTap(LinkTap *tap);
     void setCodec(const QByteArray &codecName);
     QTextCodec *codec() const { return m_codec; }
 
@@ -77,7 +78,7 @@ private:
     QJSEngine *m_engine = nullptr;
     ScriptHost *m_host;
     QTextCodec *m_codec;
-    Sender m_sender;
+    QPointer<LinkTap> m_tap;
     QString m_strFile;
     QJSValue m_fire;
     QJSValue m_data;

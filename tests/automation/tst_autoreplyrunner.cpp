@@ -95,9 +95,7 @@ private slots:
             runner.setRules({ReplyRule(ReplyRule::MatchRegex, asked, ReplyRule::ReplyText, "ACK\\r\\n")});
             runner.setActive(true);
         } else {
-            LinkTap *tap = &rig.tap;
-            runtime.setSender([tap](const QByteArray &b) { return tap->write(b); });
-            connect(tap, &LinkTap::received, &runtime, &ScriptRuntime::feed);
+            runtime.setTap(&rig.tap);
             QVERIFY(runtime.start(script, "board.js"));
         }
         QTRY_VERIFY_WITH_TIMEOUT(spy.received().count("ACK\r\n") >= 10, 10000);

@@ -19,9 +19,7 @@ private slots:
         QVERIFY(m_rig->openTcp());
         m_runtime = new ScriptRuntime;
         m_runtime->setCodec("GB18030");
-        LinkTap *tap = &m_rig->tap;
-        m_runtime->setSender([tap](const QByteArray &b) { return tap->write(b); });
-        connect(tap, &LinkTap::received, m_runtime, &ScriptRuntime::feed);
+        m_runtime->setTap(&m_rig->tap);
     }
     void cleanup() { delete m_runtime, delete m_rig; }
 
